@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "Platform/FileURL.hpp"
+
+namespace quorva {
+
+/// The bundle that this process runs from: the extension's own, not the containing application's.
+FileURL mainBundleURL();
+
+/// The text for `key` in the main bundle's default string table, in the user's language. `key`
+/// itself when there is no translation.
+std::string localizedString(std::string_view key);
+
+}  // namespace quorva

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+
+#include "Platform/Data.hpp"
+#include "Platform/Error.hpp"
+#include "Platform/PropertyList.hpp"
+
+namespace quorva {
+
+/// How deep containers may lie in one another. No settings file is deeper than three; the limit is
+/// what keeps a hostile file from exhausting the stack.
+inline constexpr std::size_t propertyListDepthLimit = 512;
+
+/// How many values a property list may hold, counting a value that is shared once per place where
+/// it appears. Room for settings of several hundred thousand entries; the limit is what keeps a few
+/// hundred bytes of shared references from unfolding into more values than there is memory for.
+inline constexpr std::size_t propertyListValueLimit = 4'000'000;
+
+/// Parses `data` as a property list in any encoding that the platform reads.
+///
+/// Fails when the bytes are no property list, when they hold something that no property list may,
+/// and when they go beyond one of the limits above.
+Result<PropertyList> propertyListWithData(const Data& data);
+
+}  // namespace quorva

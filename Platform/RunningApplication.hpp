@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace quorva {
+
+/// How many applications with `bundleIdentifier` are running in the user's session.
+std::size_t runningApplicationCount(std::string_view bundleIdentifier);
+
+}  // namespace quorva

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "QuorvaFinderExtension/FinderActionContext.hpp"
+
+namespace quorva {
+
+/// The first of the two diagnostic log files. Not writable from inside the App Sandbox, where it is
+/// silently absent.
+inline constexpr std::string_view temporaryDiagnosticLogPath = "/tmp/quorva-finder-extension.log";
+
+/// The name of the second, in the "Quorva" folder of Application Support.
+inline constexpr std::string_view diagnosticLogFileName = "FinderExtension.log";
+
+/// Writes `message` to the console and, as one line with the date before it, to the end of both
+/// diagnostic log files. The message is written as it is, line feeds included.
+///
+/// Never fails: a file that can't be written goes without the line, and the other still gets it. A
+/// file that exists but can't be opened for writing is replaced by one that holds just this line.
+/// Takes no lock and may be called from any thread; each line is one write.
+void appendDiagnosticLog(std::string_view message) noexcept;
+
+/// `["a", "b"]`: the form in which messages show lists. Nothing is escaped.
+std::string bracketedList(const std::vector<std::string>& strings);
+
+/// The paths of `urls` in that form.
+std::string bracketedPaths(const std::vector<FileURL>& urls);
+
+}  // namespace quorva
