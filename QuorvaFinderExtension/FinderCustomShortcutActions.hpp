@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quorva {
+
+/// An action of the user's own: a system shortcut or a script, run on the selected items by the
+/// containing application.
+struct FinderCustomShortcutAction {
+    enum class Kind {
+        /// Runs the shortcut named `shortcutName`.
+        shortcut,
+        /// Runs the script at `scriptPath`.
+        script,
+    };
+
+    std::string id;
+    /// The title in the menu; may be empty.
+    std::string name;
+    Kind kind;
+    /// Empty when not given; kept whatever the kind.
+    std::string shortcutName;
+    /// Empty when not given; kept whatever the kind.
+    std::string scriptPath;
+
+    friend bool operator==(const FinderCustomShortcutAction&,
+                           const FinderCustomShortcutAction&) = default;
+};
+
+/// The reader of "CustomShortcutActions.plist": a list of dictionaries of texts.
+class FinderCustomShortcutActionSettings {
+   public:
+    FinderCustomShortcutActionSettings() = delete;
+
+    /// The user's actions in the order in which they are shown, read afresh.
+    ///
+    /// Never fails. Empty when there is no usable file (one value of the wrong type anywhere makes
+    /// the whole file unusable). An entry without "id" or "name", or with nothing to run for its
+    /// kind, is skipped; a kind that is missing or unknown is a shortcut.
+    static std::vector<FinderCustomShortcutAction> actions();
+};
+
+}  // namespace quorva

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <map>
+#include <vector>
+
+#include "QuorvaFinderExtension/FinderFeature.hpp"
+
+namespace quorva {
+
+/// How the features are arranged in the menu.
+enum class FinderMenuLayout {
+    /// One submenu per feature. The default.
+    collapsed,
+    /// The entries of every feature inline, with separators between features.
+    expanded,
+};
+
+/// "collapsed" or "expanded", as in the settings file and in the logs.
+std::string_view rawValue(FinderMenuLayout layout);
+
+/// The layout whose raw value is `rawValue`, to the letter. Absent for any other text.
+std::optional<FinderMenuLayout> finderMenuLayoutWithRawValue(std::string_view rawValue);
+
+/// What the user chose to see in the menu, complete and consistent whatever the settings file held.
+struct FinderMenuSettings {
+    /// The features to show, in the user's order.
+    std::vector<FinderFeature> features;
+    /// The commands to show. Catalogue identifiers only when the file listed the enabled commands;
+    /// otherwise also the two identifiers of the destination submenus, which the default set holds.
+    std::set<std::string, std::less<>> enabledChildIDs;
+    /// By the raw value of the feature, the order of its commands; one entry per feature.
+    std::map<std::string, std::vector<std::string>, std::less<>> childOrderByFeatureID;
+    /// Whether the whole menu is tucked under one item.
+    bool groupsFeaturesUnderQuorva;
+    FinderMenuLayout menuLayout;
+
+    /// The commands of `feature` to show, in the user's order. A command that the order names twice
+    /// is there twice.
+    [[nodiscard]] std::vector<FinderFeatureChild> children(FinderFeature feature) const;
+
+    friend bool operator==(const FinderMenuSettings&, const FinderMenuSettings&) = default;
+};
+
+/// The reader of "FeatureSettings.plist". The containing application is its only writer.
+class FinderFeatureSettings {
+   public:
+    FinderFeatureSettings() = delete;
+
+    /// Reads the file afresh and repairs whatever it holds, possibly stale, partial, or written by
+    /// an older version. Never fails: without a usable file the built-in defaults, and for a value
+    /// of the wrong type the default of that one key.
+    static FinderMenuSettings menuSettings();
+};
+
+}  // namespace quorva

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quorva {
+
+/// A named combination of a Finder view style and a sort order, applied by the containing
+/// application.
+struct FinderViewPresetSetting {
+    std::string id;
+    /// The title in the menu.
+    std::string name;
+    /// Passed through uninterpreted.
+    std::string viewMode;
+    /// Passed through uninterpreted.
+    std::string sortMode;
+
+    friend bool operator==(const FinderViewPresetSetting&,
+                           const FinderViewPresetSetting&) = default;
+};
+
+/// The reader of "FinderViewPresets.plist": a list of dictionaries of texts.
+class FinderViewPresetSettings {
+   public:
+    FinderViewPresetSettings() = delete;
+
+    /// The presets in the order in which they are shown, read afresh.
+    ///
+    /// Never fails. Three defaults when there is no usable file (one value of the wrong type
+    /// anywhere makes the whole file unusable); an entry that lacks a text is skipped, and a usable
+    /// file with no valid entry gives no presets. A name of the form "style · order 2", which the
+    /// containing application gives to a copy, loses its number.
+    static std::vector<FinderViewPresetSetting> presets();
+};
+
+}  // namespace quorva
