@@ -14,7 +14,7 @@ namespace quorva {
 /// A Finder selection. The entries of one menu share the selection they were built for, so that a
 /// selection of thousands of items is held once and not once an entry.
 class FinderSelection {
-   public:
+ public:
     FinderSelection() = default;
     FinderSelection(std::vector<FileURL> urls)  // NOLINT(google-explicit-constructor)
         : urls_(std::make_shared<const std::vector<FileURL>>(std::move(urls))) {}
@@ -31,13 +31,13 @@ class FinderSelection {
         return left.urls() == right.urls();
     }
 
-   private:
+ private:
     std::shared_ptr<const std::vector<FileURL>> urls_;
 };
 
 /// What an entry of the menu does. Immutable, and shared by whoever holds it.
 class FinderActionContext {
-   public:
+ public:
     FinderActionContext(std::string actionID, std::string title, FinderFeatureAction action,
                         FinderSelection selectedURLs, std::optional<FileURL> targetedURL,
                         std::string destinationPath, std::string presetID)
@@ -73,7 +73,7 @@ class FinderActionContext {
 
     friend bool operator==(const FinderActionContext&, const FinderActionContext&) = default;
 
-   private:
+ private:
     std::string actionID_;
     std::string title_;
     FinderFeatureAction action_;

@@ -33,7 +33,7 @@ struct FinderCustomDestination {
 /// The reader of "CustomDestinations.plist": a dictionary from kind to a list of dictionaries with
 /// the texts "id", "name" and "path".
 class FinderCustomDestinationSettings {
-   public:
+ public:
     FinderCustomDestinationSettings() = delete;
 
     /// The destinations of `kind` in the order in which they are shown, read afresh.

@@ -30,7 +30,7 @@ struct FinderCustomShortcutAction {
 
 /// The reader of "CustomShortcutActions.plist": a list of dictionaries of texts.
 class FinderCustomShortcutActionSettings {
-   public:
+ public:
     FinderCustomShortcutActionSettings() = delete;
 
     /// The user's actions in the order in which they are shown, read afresh.

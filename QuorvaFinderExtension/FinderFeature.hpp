@@ -73,7 +73,7 @@ enum class FinderApplication {
 ///
 /// A value of one of fifteen cases, of which the first three carry a payload.
 class FinderFeatureAction {
-   public:
+ public:
     enum class Case {
         createFile,
         copyPath,
@@ -136,7 +136,7 @@ class FinderFeatureAction {
     friend constexpr bool operator==(const FinderFeatureAction&,
                                      const FinderFeatureAction&) = default;
 
-   private:
+ private:
     constexpr FinderFeatureAction(Case actionCase, Payload payload)
         : case_(actionCase), payload_(payload) {}
 
@@ -158,11 +158,11 @@ struct FinderFeatureChild {
 
 /// Every feature, in declaration order.
 inline constexpr std::array<FinderFeature, 14> allFinderFeatures = {
-    FinderFeature::createFile,    FinderFeature::quickOpen,    FinderFeature::copyFile,
-    FinderFeature::copyPath,      FinderFeature::openWith,     FinderFeature::viewOptions,
-    FinderFeature::customActions, FinderFeature::organizeFile, FinderFeature::batchRename,
-    FinderFeature::archiveTools,  FinderFeature::scheduledDeletion,
-    FinderFeature::imageTools,    FinderFeature::pdfTools,     FinderFeature::developerTools,
+    FinderFeature::createFile,    FinderFeature::quickOpen,         FinderFeature::copyFile,
+    FinderFeature::copyPath,      FinderFeature::openWith,          FinderFeature::viewOptions,
+    FinderFeature::customActions, FinderFeature::organizeFile,      FinderFeature::batchRename,
+    FinderFeature::archiveTools,  FinderFeature::scheduledDeletion, FinderFeature::imageTools,
+    FinderFeature::pdfTools,      FinderFeature::developerTools,
 };
 
 /// The identifier of `feature` in the settings files: the name of its case.

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
-#include <map>
 #include <vector>
 
 #include "QuorvaFinderExtension/FinderFeature.hpp"
@@ -47,7 +47,7 @@ struct FinderMenuSettings {
 
 /// The reader of "FeatureSettings.plist". The containing application is its only writer.
 class FinderFeatureSettings {
-   public:
+ public:
     FinderFeatureSettings() = delete;
 
     /// Reads the file afresh and repairs whatever it holds, possibly stale, partial, or written by

@@ -9,7 +9,7 @@ namespace quorva {
 /// Carries a click to the containing application: resolves the item, queues a record, posts a
 /// notification and sees to it that the application runs.
 class FinderMenuActionHandler {
-   public:
+ public:
     /// The distributed notification that announces a new record.
     static constexpr std::string_view actionQueuedNotificationName =
         "app.ferrolin.Quorva.ActionQueued";
@@ -23,11 +23,11 @@ class FinderMenuActionHandler {
     static const FinderMenuActionHandler& shared();
 
     /// Handles a click on `sender`, with the selection and target of the moment or, where Finder
-    /// gives none, those of the menu request. Fails to nobody: whatever goes wrong is written to the
-    /// diagnostic log, and no notification is posted for a record that was not written.
+    /// gives none, those of the menu request. Fails to nobody: whatever goes wrong is written to
+    /// the diagnostic log, and no notification is posted for a record that was not written.
     void performFeatureChild(const MenuItem& sender) const;
 
-   private:
+ private:
     FinderMenuActionHandler() = default;
 
     void openContainingApp() const;

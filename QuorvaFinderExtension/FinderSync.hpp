@@ -28,7 +28,7 @@ enum class MenuKind : unsigned long {
 /// that goes wrong in them reaches the system: an extension that ends takes the menu away until
 /// Finder starts it again.
 class FinderSync {
-   public:
+ public:
     /// The distributed notification by which the containing application says that it changed the
     /// settings. The text under "reason" of its user info says why.
     static constexpr std::string_view settingsChangedNotificationName =
@@ -52,7 +52,7 @@ class FinderSync {
     /// carried nothing.
     void handleSettingsChanged(const std::optional<PropertyList::Dictionary>& userInfo) noexcept;
 
-   private:
+ private:
     void refreshMonitoredDirectories(std::string_view reason);
 
     Logger logger_;

@@ -63,9 +63,9 @@ bool isEnabled(const FinderFeatureAction& action, const FinderSelection& selecte
 /// Whether `kind` has a destination that the user added beyond the built-in ones.
 bool hasCustomDestinationItems(FinderCustomDestinationKind kind);
 
-/// Whether `destination` is the real home's Desktop, Downloads or Documents folder, to the letter of
-/// its path. The catalogue has copy and move commands for these; the other kinds have no built-in
-/// destinations.
+/// Whether `destination` is the real home's Desktop, Downloads or Documents folder, to the letter
+/// of its path. The catalogue has copy and move commands for these; the other kinds have no
+/// built-in destinations.
 bool isBuiltInFileDestination(const FinderCustomDestination& destination,
                               FinderCustomDestinationKind kind);
 

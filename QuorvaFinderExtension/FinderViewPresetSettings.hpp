@@ -22,7 +22,7 @@ struct FinderViewPresetSetting {
 
 /// The reader of "FinderViewPresets.plist": a list of dictionaries of texts.
 class FinderViewPresetSettings {
-   public:
+ public:
     FinderViewPresetSettings() = delete;
 
     /// The presets in the order in which they are shown, read afresh.

@@ -12,7 +12,7 @@ namespace quorva {
 /// The queue of actions for the containing application: a folder with one JSON file per click. The
 /// extension only adds to it.
 class QuorvaActionQueue {
-   public:
+ public:
     QuorvaActionQueue() = delete;
 
     /// The folder "Quorva/ActionQueue" in Application Support, or a folder below "/tmp" when

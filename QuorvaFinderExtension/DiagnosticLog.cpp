@@ -1,0 +1,97 @@
+#include "QuorvaFinderExtension/DiagnosticLog.hpp"
+
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+
+#include "Platform/Console.hpp"
+#include "Platform/Data.hpp"
+#include "Platform/Date.hpp"
+#include "Platform/FileHandle.hpp"
+#include "Platform/FileManager.hpp"
+
+namespace quorva {
+
+namespace {
+
+/// `timeInterval`, in seconds since 1970, as "2026-11-16 00:06:18 +0000".
+std::string dateDescription(double timeInterval) {
+    using namespace std::chrono;
+    const sys_seconds time{seconds(static_cast<seconds::rep>(std::floor(timeInterval)))};
+    const sys_days day = floor<days>(time);
+    const year_month_day date(day);
+    const hh_mm_ss clock(time - day);
+    std::array<char, 64> text{};
+    const int length = std::snprintf(
+        text.data(), text.size(), "%04d-%02u-%02u %02d:%02d:%02d +0000",
+        static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+        static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
+        static_cast<int>(clock.minutes().count()), static_cast<int>(clock.seconds().count()));
+    return {text.data(), static_cast<std::size_t>(length)};
+}
+
+/// Appends `text` to the file at `url`. A file that is not there, or that can't be opened for
+/// writing, is replaced by one that holds only `text`: better the last line than none.
+void write(std::string_view text, const FileURL& url) {
+    if (fileExistsAtPath(url.path())) {
+        if (Result<FileHandle> handle = FileHandle::forWritingToURL(url)) {
+            static_cast<void>(handle->seekToEnd());
+            static_cast<void>(handle->write(text));
+            static_cast<void>(handle->close());
+            return;
+        }
+    }
+    static_cast<void>(writeDataAtomically(dataWithText(text), url));
+}
+
+void appendToFiles(std::string_view message) {
+    const std::string line =
+        "[" + dateDescription(timeIntervalSince1970()) + "] " + std::string(message) + "\n";
+    logToConsole("QuorvaFinderExtension: " + std::string(message));
+    write(line, FileURL::file(temporaryDiagnosticLogPath));
+    const Result<FileURL> applicationSupport =
+        urlForDirectoryInUserDomainCreating(SearchPathDirectory::applicationSupport);
+    if (!applicationSupport) {
+        return;
+    }
+    const FileURL folder = applicationSupport->appendingDirectory("Quorva");
+    static_cast<void>(createDirectoryWithIntermediateDirectories(folder));
+    write(line, folder.appendingFile(diagnosticLogFileName));
+}
+
+}  // namespace
+
+void appendDiagnosticLog(std::string_view message) noexcept {
+    try {
+        appendToFiles(message);
+    } catch (...) {
+        // Out of memory, most likely: the caller's work matters more than its line.
+        return;
+    }
+}
+
+std::string bracketedList(const std::vector<std::string>& strings) {
+    std::string list = "[";
+    for (const std::string& string : strings) {
+        if (list.size() > 1) {
+            list += ", ";
+        }
+        list += '"';
+        list += string;
+        list += '"';
+    }
+    list += ']';
+    return list;
+}
+
+std::string bracketedPaths(const std::vector<FileURL>& urls) {
+    std::vector<std::string> paths;
+    paths.reserve(urls.size());
+    for (const FileURL& url : urls) {
+        paths.push_back(url.path());
+    }
+    return bracketedList(paths);
+}
+
+}  // namespace quorva

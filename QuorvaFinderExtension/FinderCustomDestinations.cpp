@@ -1,0 +1,172 @@
+#include "QuorvaFinderExtension/FinderCustomDestinations.hpp"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "Platform/FileManager.hpp"
+#include "Platform/PropertyList.hpp"
+#include "QuorvaFinderExtension/L10n.hpp"
+#include "QuorvaFinderExtension/SettingsFolder.hpp"
+
+namespace quorva {
+
+namespace {
+
+using Destinations = std::vector<FinderCustomDestination>;
+
+/// The standard folder `directory`, where the platform reports one.
+std::optional<FinderCustomDestination> standardDestination(std::string id, std::string name,
+                                                           SearchPathDirectory directory) {
+    const std::vector<FileURL> urls = urlsForDirectoryInUserDomain(directory);
+    if (urls.empty()) {
+        return std::nullopt;
+    }
+    return FinderCustomDestination{std::move(id), std::move(name), urls.front().path()};
+}
+
+Destinations defaultFileDestinations() {
+    Destinations destinations;
+    for (const auto& [key, directory] : {
+             std::pair{"桌面", SearchPathDirectory::desktop},
+             std::pair{"下载", SearchPathDirectory::downloads},
+             std::pair{"文稿", SearchPathDirectory::documents},
+         }) {
+        const std::string title = L10n::t(key);
+        if (auto destination = standardDestination(title, title, directory)) {
+            destinations.push_back(*std::move(destination));
+        }
+    }
+    return destinations;
+}
+
+Destinations defaultQuickOpenDestinations() {
+    Destinations destinations = {
+        {"home", L10n::t("用户目录"), homeDirectoryForCurrentUser().path()}};
+    std::ranges::move(defaultFileDestinations(), std::back_inserter(destinations));
+    if (auto pictures =
+            standardDestination("pictures", L10n::t("图片"), SearchPathDirectory::pictures)) {
+        destinations.push_back(*std::move(pictures));
+    }
+    destinations.push_back({"applications", L10n::t("应用程序"), "/Applications"});
+    return destinations;
+}
+
+Destinations defaultApplicationDestinations() {
+    Destinations destinations = {
+        {"preview", L10n::t("预览"), "/System/Applications/Preview.app"},
+        {"textedit", L10n::t("文本编辑"), "/System/Applications/TextEdit.app"},
+        {"pages", "Pages", "/Applications/Pages.app"},
+        {"numbers", "Numbers", "/Applications/Numbers.app"},
+        {"keynote", "Keynote", "/Applications/Keynote.app"},
+    };
+    std::erase_if(destinations, [](const FinderCustomDestination& destination) {
+        return !fileExistsAtPath(destination.path);
+    });
+    return destinations;
+}
+
+Destinations defaultDestinations(FinderCustomDestinationKind kind) {
+    switch (kind) {
+        case FinderCustomDestinationKind::copy:
+        case FinderCustomDestinationKind::move:
+            return defaultFileDestinations();
+        case FinderCustomDestinationKind::quickOpen:
+            return defaultQuickOpenDestinations();
+        case FinderCustomDestinationKind::openApplication:
+            return defaultApplicationDestinations();
+    }
+    std::unreachable();
+}
+
+/// The catalogue has entries of its own for these two editors.
+bool isCatalogueApplication(const FinderCustomDestination& destination) {
+    return destination.id == "vscode" || destination.id == "cursor" ||
+           destination.path == "/Applications/Visual Studio Code.app" ||
+           destination.path == "/Applications/Cursor.app";
+}
+
+/// `defaults`, then those of `custom` that share neither id nor path with a default.
+Destinations defaultsFirst(Destinations custom, Destinations defaults) {
+    std::erase_if(custom, [&defaults](const FinderCustomDestination& destination) {
+        return std::ranges::any_of(defaults, [&](const FinderCustomDestination& builtIn) {
+            return builtIn.id == destination.id || builtIn.path == destination.path;
+        });
+    });
+    std::ranges::move(custom, std::back_inserter(defaults));
+    return defaults;
+}
+
+using EntriesByKind = std::map<std::string, std::vector<StringDictionary>, std::less<>>;
+
+/// What the file holds. Absent unless every value in it, of whatever kind, has the right shape.
+std::optional<EntriesByKind> savedEntries() {
+    const std::optional<PropertyList> root =
+        propertyListInFile(settingsFileURL("CustomDestinations.plist"));
+    if (!root || root->dictionary() == nullptr) {
+        return std::nullopt;
+    }
+    EntriesByKind result;
+    for (const auto& [kind, value] : *root->dictionary()) {
+        std::optional<std::vector<StringDictionary>> entries = stringDictionaries(value);
+        if (!entries) {
+            return std::nullopt;
+        }
+        result.emplace(kind, *std::move(entries));
+    }
+    return result;
+}
+
+std::optional<FinderCustomDestination> destination(const StringDictionary& entry) {
+    const std::string* const id = valueForKey(entry, "id");
+    const std::string* const name = valueForKey(entry, "name");
+    const std::string* const path = valueForKey(entry, "path");
+    if (id == nullptr || name == nullptr || path == nullptr) {
+        return std::nullopt;
+    }
+    return FinderCustomDestination{*id, *name, *path};
+}
+
+}  // namespace
+
+std::string_view rawValue(FinderCustomDestinationKind kind) {
+    switch (kind) {
+        case FinderCustomDestinationKind::copy:
+            return "copy";
+        case FinderCustomDestinationKind::move:
+            return "move";
+        case FinderCustomDestinationKind::quickOpen:
+            return "quickOpen";
+        case FinderCustomDestinationKind::openApplication:
+            return "openApplication";
+    }
+    std::unreachable();
+}
+
+std::vector<FinderCustomDestination> FinderCustomDestinationSettings::destinations(
+    FinderCustomDestinationKind kind) {
+    const std::optional<EntriesByKind> saved = savedEntries();
+    if (!saved) {
+        return defaultDestinations(kind);
+    }
+    const auto entries = saved->find(rawValue(kind));
+    if (entries == saved->end()) {
+        return defaultDestinations(kind);
+    }
+    Destinations destinations;
+    for (const StringDictionary& entry : entries->second) {
+        if (auto valid = destination(entry)) {
+            destinations.push_back(*std::move(valid));
+        }
+    }
+    if (kind != FinderCustomDestinationKind::openApplication) {
+        return destinations;
+    }
+    std::erase_if(destinations, isCatalogueApplication);
+    return defaultsFirst(std::move(destinations), defaultApplicationDestinations());
+}
+
+}  // namespace quorva

@@ -1,0 +1,215 @@
+#include "QuorvaFinderExtension/FinderFeature.hpp"
+
+#include <algorithm>
+#include <span>
+
+#include "QuorvaFinderExtension/L10n.hpp"
+
+namespace quorva {
+
+namespace {
+
+using Action = FinderFeatureAction;
+
+/// A command before its title is localised: the title is the key of the lookup.
+struct Command {
+    std::string_view actionID;
+    std::string_view title;
+    FinderFeatureAction action;
+};
+
+constexpr Command createFileCommands[] = {
+    {"createFolder", "新建文件夹", Action::createFolder()},
+    {"createTextFile", "新建文本文件", Action::createFile(FinderFileTemplate::text)},
+    {"createRTFDocument", "新建 RTF 文档", Action::createFile(FinderFileTemplate::rtf)},
+    {"createMarkdownFile", "新建 Markdown 文件", Action::createFile(FinderFileTemplate::markdown)},
+    {"createWordDocument", "新建 Word 文档", Action::createFile(FinderFileTemplate::wordDocument)},
+    {"createExcelSpreadsheet", "新建 Excel 表格",
+     Action::createFile(FinderFileTemplate::excelSpreadsheet)},
+    {"createPowerPointPresentation", "新建 PowerPoint 演示",
+     Action::createFile(FinderFileTemplate::powerPointPresentation)},
+    {"createPDFDocument", "新建 PDF", Action::createFile(FinderFileTemplate::pdfDocument)},
+    {"createCSVFile", "新建 CSV 表格", Action::createFile(FinderFileTemplate::csv)},
+    {"createJSONFile", "新建 JSON 文件", Action::createFile(FinderFileTemplate::json)},
+    {"createXMLFile", "新建 XML 文件", Action::createFile(FinderFileTemplate::xml)},
+    {"createYAMLFile", "新建 YAML 文件", Action::createFile(FinderFileTemplate::yaml)},
+    {"createPNGImage", "新建 PNG 图片", Action::createFile(FinderFileTemplate::pngImage)},
+    {"createJPEGImage", "新建 JPG 图片", Action::createFile(FinderFileTemplate::jpegImage)},
+    {"createSwiftFile", "新建 Swift 文件", Action::createFile(FinderFileTemplate::swift)},
+    {"createReadmeFile", "新建 README", Action::createFile(FinderFileTemplate::readme)},
+    {"createHTMLFile", "新建 HTML 文件", Action::createFile(FinderFileTemplate::html)},
+    {"createCSSFile", "新建 CSS 文件", Action::createFile(FinderFileTemplate::css)},
+    {"createJavaScriptFile", "新建 JavaScript 文件",
+     Action::createFile(FinderFileTemplate::javascript)},
+    {"createPythonFile", "新建 Python 文件", Action::createFile(FinderFileTemplate::python)},
+    {"createShellFile", "新建 Shell 脚本", Action::createFile(FinderFileTemplate::shell)},
+    {"createGitignoreFile", "新建 gitignore", Action::createFile(FinderFileTemplate::gitignore)},
+};
+
+constexpr Command quickOpenCommands[] = {
+    {"quickOpenHome", "用户目录", Action::openFolder()},
+    {"quickOpenDesktop", "桌面", Action::openFolder()},
+    {"quickOpenDownloads", "下载", Action::openFolder()},
+    {"quickOpenDocuments", "文稿", Action::openFolder()},
+    {"quickOpenApplications", "应用程序", Action::openFolder()},
+    {"quickOpenClipboardPath", "打开剪贴板路径", Action::openFolder()},
+    {"quickOpenTypedPath", "打开指定路径...", Action::openFolder()},
+};
+
+constexpr Command copyFileCommands[] = {
+    {"copyFilesToDesktop", "复制到桌面", Action::copyToFolder()},
+    {"copyFilesToDownloads", "复制到下载", Action::copyToFolder()},
+    {"copyFilesToDocuments", "复制到文稿", Action::copyToFolder()},
+    {"copyBesideOriginal", "在旁边创建副本", Action::copyBesideOriginal()},
+};
+
+constexpr Command copyPathCommands[] = {
+    {"copyFullPath", "复制完整路径", Action::copyPath(FinderPathCopyFormat::fullPath)},
+    {"copyFileName", "复制文件名", Action::copyPath(FinderPathCopyFormat::fileName)},
+    {"copyParentPath", "复制所在文件夹路径", Action::copyPath(FinderPathCopyFormat::parentPath)},
+    {"copyShellPath", "复制终端可用路径", Action::copyPath(FinderPathCopyFormat::shellPath)},
+    {"copyMarkdownLink", "复制 Markdown 链接",
+     Action::copyPath(FinderPathCopyFormat::markdownLink)},
+    {"copyFileNameList", "复制文件名列表", Action::copyPath(FinderPathCopyFormat::fileNameList)},
+};
+
+constexpr Command openWithCommands[] = {
+    {"openInTerminal", "用终端打开", Action::openInTerminal()},
+    {"revealInFinder", "在 Finder 中显示", Action::revealInFinder()},
+};
+
+constexpr Command viewOptionsCommands[] = {
+    {"finderViewPreset", "应用显示方案", Action::finderViewOption()},
+};
+
+constexpr Command organizeFileCommands[] = {
+    {"moveFilesToDesktop", "移动到桌面", Action::moveToFolder()},
+    {"moveFilesToDownloads", "移动到下载", Action::moveToFolder()},
+    {"moveFilesToDocuments", "移动到文稿", Action::moveToFolder()},
+    {"moveSelectionToNewFolder", "把所选项目放入新文件夹", Action::moveSelectionToNewFolder()},
+};
+
+constexpr Command batchRenameCommands[] = {
+    {"renameAddPrefix", "在开头添加文字", Action::requiresSelection()},
+    {"renameAddSuffix", "在结尾添加文字", Action::requiresSelection()},
+    {"renameFindReplace", "替换文件名中的文字", Action::requiresSelection()},
+    {"renameSequential", "按序号重新命名", Action::requiresSelection()},
+    {"renameLowercase", "文件名改为小写", Action::requiresSelection()},
+    {"renameUppercase", "文件名改为大写", Action::requiresSelection()},
+};
+
+constexpr Command archiveToolsCommands[] = {
+    {"compressToZIP", "压缩为 ZIP", Action::requiresSelection()},
+    {"extractZIPHere", "解压到当前文件夹", Action::requiresSelection()},
+    {"extractZIPToFolder", "解压到同名文件夹", Action::requiresSelection()},
+};
+
+constexpr Command scheduledDeletionCommands[] = {
+    {"scheduleDelete1Hour", "1 小时后移到废纸篓", Action::requiresSelection()},
+    {"scheduleDelete7Days", "7 天后移到废纸篓", Action::requiresSelection()},
+    {"scheduleDelete30Days", "30 天后移到废纸篓", Action::requiresSelection()},
+    {"scheduleDelete90Days", "90 天后移到废纸篓", Action::requiresSelection()},
+};
+
+constexpr Command imageToolsCommands[] = {
+    {"convertImageToJPEG", "图片转为 JPEG", Action::requiresSelection()},
+    {"convertImageToPNG", "图片转为 PNG", Action::requiresSelection()},
+    {"convertImageToTIFF", "图片转为 TIFF", Action::requiresSelection()},
+    {"resizeImages", "调整图片大小...", Action::requiresSelection()},
+    {"compressJPEG", "压缩 JPEG 图片", Action::requiresSelection()},
+    {"stripImageMetadata", "移除图片元数据", Action::requiresSelection()},
+};
+
+constexpr Command pdfToolsCommands[] = {
+    {"mergePDFs", "合并 PDF", Action::requiresSelection()},
+    {"splitPDFs", "拆分 PDF", Action::requiresSelection()},
+    {"imagesToPDF", "图片转 PDF", Action::requiresSelection()},
+    {"compressPDF", "压缩 PDF", Action::requiresSelection()},
+};
+
+constexpr Command developerToolsCommands[] = {
+    {"copySHA256", "复制 SHA-256", Action::requiresSelection()},
+    {"copyMD5", "复制 MD5", Action::requiresSelection()},
+    {"copyFileSize", "复制文件大小", Action::requiresSelection()},
+    {"toggleHiddenFiles", "显示/隐藏隐藏文件", Action::alwaysEnabled()},
+};
+
+struct FeatureEntry {
+    std::string_view rawValue;
+    std::string_view title;
+    std::span<const Command> commands;
+};
+
+constexpr FeatureEntry entry(FinderFeature feature) {
+    switch (feature) {
+        case FinderFeature::createFile:
+            return {"createFile", "新建", createFileCommands};
+        case FinderFeature::quickOpen:
+            return {"quickOpen", "打开", quickOpenCommands};
+        case FinderFeature::copyFile:
+            return {"copyFile", "复制到", copyFileCommands};
+        case FinderFeature::copyPath:
+            return {"copyPath", "复制名称与路径", copyPathCommands};
+        case FinderFeature::openWith:
+            return {"openWith", "用应用打开", openWithCommands};
+        case FinderFeature::viewOptions:
+            return {"viewOptions", "调整显示方式", viewOptionsCommands};
+        case FinderFeature::customActions:
+            return {"customActions", "自定义动作", {}};
+        case FinderFeature::organizeFile:
+            return {"organizeFile", "移动到", organizeFileCommands};
+        case FinderFeature::batchRename:
+            return {"batchRename", "批量改名", batchRenameCommands};
+        case FinderFeature::archiveTools:
+            return {"archiveTools", "压缩与解压缩", archiveToolsCommands};
+        case FinderFeature::scheduledDeletion:
+            return {"scheduledDeletion", "定时清理", scheduledDeletionCommands};
+        case FinderFeature::imageTools:
+            return {"imageTools", "处理图片", imageToolsCommands};
+        case FinderFeature::pdfTools:
+            return {"pdfTools", "处理 PDF", pdfToolsCommands};
+        case FinderFeature::developerTools:
+            return {"developerTools", "更多工具", developerToolsCommands};
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string_view rawValue(FinderFeature feature) {
+    return entry(feature).rawValue;
+}
+
+std::optional<FinderFeature> finderFeatureWithRawValue(std::string_view rawValue) {
+    const auto feature =
+        std::ranges::find(allFinderFeatures, rawValue,
+                          [](FinderFeature candidate) { return entry(candidate).rawValue; });
+    if (feature == allFinderFeatures.end()) {
+        return std::nullopt;
+    }
+    return *feature;
+}
+
+std::string title(FinderFeature feature) {
+    return L10n::t(entry(feature).title);
+}
+
+std::vector<FinderFeatureChild> children(FinderFeature feature) {
+    const std::span<const Command> commands = entry(feature).commands;
+    std::vector<FinderFeatureChild> children;
+    children.reserve(commands.size());
+    for (const Command& command : commands) {
+        children.push_back({L10n::t(command.title), std::string(command.actionID), command.action});
+    }
+    return children;
+}
+
+std::vector<std::string_view> childIDs(FinderFeature feature) {
+    std::vector<std::string_view> ids;
+    for (const Command& command : entry(feature).commands) {
+        ids.push_back(command.actionID);
+    }
+    return ids;
+}
+
+}  // namespace quorva

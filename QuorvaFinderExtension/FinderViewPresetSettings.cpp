@@ -1,0 +1,87 @@
+#include "QuorvaFinderExtension/FinderViewPresetSettings.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "Platform/PropertyList.hpp"
+#include "QuorvaFinderExtension/L10n.hpp"
+#include "QuorvaFinderExtension/SettingsFolder.hpp"
+
+namespace quorva {
+
+namespace {
+
+std::vector<FinderViewPresetSetting> defaultPresets() {
+    return {
+        {"list-modified", L10n::t("列表 · 最近修改"), "list", "modificationDate"},
+        {"icon-name", L10n::t("图标 · 按名称"), "icon", "name"},
+        {"column-name", L10n::t("分栏 · 按名称"), "column", "name"},
+    };
+}
+
+/// Whether `text` holds a line terminator, as regular expressions count them.
+bool holdsLineTerminator(std::string_view text) {
+    constexpr std::string_view singleByteTerminators = "\n\v\f\r";
+    constexpr std::string_view nextLine = "\u0085";
+    constexpr std::string_view lineSeparator = "\u2028";
+    constexpr std::string_view paragraphSeparator = "\u2029";
+    return text.find_first_of(singleByteTerminators) != std::string_view::npos ||
+           text.contains(nextLine) || text.contains(lineSeparator) ||
+           text.contains(paragraphSeparator);
+}
+
+/// The name without the number at its end, if it is of the form "^(.+ · .+) [0-9]+$".
+///
+/// Matched by hand and from the end: a name can be of any length and no regular-expression engine
+/// of the standard library takes linear time and constant stack.
+std::string_view withoutCopyNumber(std::string_view name) {
+    constexpr std::string_view digits = "0123456789";
+    constexpr std::string_view separator = " · ";
+    const std::size_t beforeDigits = name.find_last_not_of(digits);
+    if (beforeDigits == std::string_view::npos || beforeDigits + 1 == name.size() ||
+        name[beforeDigits] != ' ') {
+        return name;
+    }
+    const std::string_view kept = name.substr(0, beforeDigits);
+    const std::size_t found = kept.find(separator, 1);
+    if (found == std::string_view::npos || found + separator.size() == kept.size() ||
+        holdsLineTerminator(kept)) {
+        return name;
+    }
+    return kept;
+}
+
+std::optional<FinderViewPresetSetting> preset(const StringDictionary& entry) {
+    const std::string* const id = valueForKey(entry, "id");
+    const std::string* const name = valueForKey(entry, "name");
+    const std::string* const viewMode = valueForKey(entry, "viewMode");
+    const std::string* const sortMode = valueForKey(entry, "sortMode");
+    if (id == nullptr || name == nullptr || viewMode == nullptr || sortMode == nullptr) {
+        return std::nullopt;
+    }
+    return FinderViewPresetSetting{*id, std::string(withoutCopyNumber(*name)), *viewMode,
+                                   *sortMode};
+}
+
+}  // namespace
+
+std::vector<FinderViewPresetSetting> FinderViewPresetSettings::presets() {
+    const std::optional<PropertyList> root =
+        propertyListInFile(settingsFileURL("FinderViewPresets.plist"));
+    const auto entries = root ? stringDictionaries(*root) : std::nullopt;
+    if (!entries) {
+        return defaultPresets();
+    }
+    std::vector<FinderViewPresetSetting> presets;
+    for (const StringDictionary& entry : *entries) {
+        if (auto valid = preset(entry)) {
+            presets.push_back(*std::move(valid));
+        }
+    }
+    return presets;
+}
+
+}  // namespace quorva
