@@ -1,0 +1,13 @@
+#include "Platform/Console.hpp"
+
+#import <Foundation/Foundation.h>
+
+#import "Cocoa/StringConversion.h"
+
+void quorva::logToConsole(std::string_view message) {
+    @try {
+        NSLog(@"%@", foundationString(message));
+    } @catch (NSException*) {
+        // The console is where a failure would be reported.
+    }
+}

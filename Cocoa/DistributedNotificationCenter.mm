@@ -1,0 +1,16 @@
+#include "Platform/DistributedNotificationCenter.hpp"
+
+#import <Foundation/Foundation.h>
+
+#import "Cocoa/StringConversion.h"
+
+void quorva::postDistributedNotification(std::string_view name) {
+    @try {
+        [[NSDistributedNotificationCenter defaultCenter] postNotificationName:foundationString(name)
+                                                                       object:nil
+                                                                     userInfo:nil
+                                                           deliverImmediately:YES];
+    } @catch (NSException* exception) {
+        NSLog(@"posting a distributed notification failed: %@", exception.reason);
+    }
+}

@@ -1,0 +1,25 @@
+#include "Platform/JSONSerialization.hpp"
+
+#import <Foundation/Foundation.h>
+
+#import "Cocoa/DataConversion.h"
+#import "Cocoa/ErrorConversion.h"
+#import "Cocoa/PropertyListConversion.h"
+
+quorva::Result<quorva::Data> quorva::jsonDataPrettyPrintedWithSortedKeys(
+    const PropertyList& object) {
+    @try {
+        NSError* error = nil;
+        FoundationObjectConverter converter;
+        NSData* data = [NSJSONSerialization
+            dataWithJSONObject:converter.object(object)
+                       options:NSJSONWritingPrettyPrinted | NSJSONWritingSortedKeys
+                         error:&error];
+        if (data == nil) {
+            return std::unexpected(platformError(error));
+        }
+        return bytes(data);
+    } @catch (NSException* exception) {
+        return std::unexpected(platformError(exception));
+    }
+}

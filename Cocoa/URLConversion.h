@@ -1,0 +1,20 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <vector>
+
+#include "Platform/FileURL.hpp"
+
+namespace quorva {
+
+NSURL* foundationURL(const FileURL& url);
+
+/// `url` must be a file URL.
+FileURL fileURL(NSURL* url);
+
+/// The file URLs among `urls`, in order. A URL that has no path names nothing that could be acted
+/// on.
+std::vector<FileURL> fileURLs(NSArray<NSURL*>* urls);
+
+}  // namespace quorva

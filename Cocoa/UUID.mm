@@ -1,0 +1,9 @@
+#include "Platform/UUID.hpp"
+
+#import <Foundation/Foundation.h>
+
+#import "Cocoa/StringConversion.h"
+
+std::string quorva::newUUIDString() {
+    return utf8String([NSUUID UUID].UUIDString);
+}
