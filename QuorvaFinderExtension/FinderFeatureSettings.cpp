@@ -197,7 +197,7 @@ std::vector<FinderFeature> normalizedFeatureOrder(const IDs& saved) {
 
 IDs normalizedChildOrder(const IDs* saved, FinderFeature feature) {
     const std::vector<std::string_view> catalogue = childIDs(feature);
-    const IDs defaults(catalogue.begin(), catalogue.end());
+    IDs defaults(catalogue.begin(), catalogue.end());
     if (saved == nullptr) {
         return defaults;
     }

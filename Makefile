@@ -1,0 +1,42 @@
+# A thin front for scripts/ and the CMake presets: `make help` lists it.
+
+PRESET ?= dev
+
+.PHONY: help setup build run test coverage bench format format-check lint macos-check clean
+
+help:  ## list the targets
+	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
+
+setup:  ## install what is missing
+	@scripts/setup
+
+build: setup
+	@scripts/build $(PRESET)
+
+run: build  ## build, and show a menu, clicks and their records in a simulated Finder
+	@build/$(PRESET)/finder-sim demo
+
+test: setup  ## build and pass every test
+	@scripts/test
+
+coverage: setup  ## line and branch coverage of the core by the unit tests
+	@scripts/coverage
+
+bench: setup  ## run the benchmarks
+	@scripts/build release
+	@scripts/benchmark
+
+format:  ## format the sources
+	@scripts/format
+
+format-check: setup
+	@scripts/format --check
+
+lint: setup  ## clang-tidy and shellcheck
+	@scripts/lint
+
+macos-check: setup  ## build and inspect the bundle for the Mac, from Linux
+	@scripts/macos-check
+
+clean:  ## remove everything that was built
+	@rm -rf build
