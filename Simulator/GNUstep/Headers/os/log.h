@@ -5,6 +5,7 @@
 #import <Foundation/NSObject.h>
 
 #include <cstdint>
+#include <string>
 
 @class OS_os_log;
 typedef OS_os_log* os_log_t;
@@ -13,7 +14,10 @@ typedef std::uint8_t os_log_type_t;
 enum : os_log_type_t { OS_LOG_TYPE_DEFAULT = 0x00, OS_LOG_TYPE_INFO = 0x01 };
 
 /// A log object: where a record comes from.
-@interface OS_os_log : NSObject
+@interface OS_os_log : NSObject {
+   @public
+    std::string category;
+}
 @end
 
 extern "C" {

@@ -1,0 +1,37 @@
+#import "Simulator/GNUstep/ApplicationBundle.h"
+
+NSDictionary* simulator::infoDictionaryOfBundle(NSString* path) {
+    NSString* infoPath = [path stringByAppendingPathComponent:@"Contents/Info.plist"];
+    NSError* error = nil;
+    NSData* data = [NSData dataWithContentsOfURL:[NSURL fileURLWithPath:infoPath isDirectory:NO]
+                                         options:0
+                                           error:&error];
+    id info = data == nil ? nil
+                          : [NSPropertyListSerialization propertyListWithData:data
+                                                                      options:0
+                                                                       format:nullptr
+                                                                        error:&error];
+    return [info isKindOfClass:[NSDictionary class]] ? info : nil;
+}
+
+NSString* simulator::bundlePathOfExecutable(NSString* executablePath) {
+    NSString* folder = executablePath.stringByDeletingLastPathComponent;
+    return [folder hasSuffix:@"/Contents/MacOS"]
+               ? folder.stringByDeletingLastPathComponent.stringByDeletingLastPathComponent
+               : nil;
+}
+
+NSString* simulator::executablePathOfBundle(NSString* path) {
+    NSString* name = [infoDictionaryOfBundle(path) objectForKey:@"CFBundleExecutable"];
+    if (![name isKindOfClass:[NSString class]] || name.length == 0) {
+        return nil;
+    }
+    NSString* executable = [[path stringByAppendingPathComponent:@"Contents/MacOS"]
+        stringByAppendingPathComponent:name];
+    BOOL isDirectory = NO;
+    NSFileManager* fileManager = [NSFileManager defaultManager];
+    return [fileManager fileExistsAtPath:executable isDirectory:&isDirectory] && !isDirectory &&
+                   [fileManager isExecutableFileAtPath:executable]
+               ? executable
+               : nil;
+}

@@ -1,0 +1,252 @@
+#include "Simulator/GNUstep/PropertyListCheck.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "Platform/PropertyListSerialization.hpp"
+
+namespace simulator {
+namespace {
+
+constexpr std::string_view binaryMagic = "bplist00";
+constexpr std::size_t trailerSize = 32;
+
+/// The object table of a binary property list. Every read is checked against the file's bounds.
+class ObjectTable {
+ public:
+    static std::optional<ObjectTable> withBytes(std::string_view bytes) {
+        if (bytes.size() < binaryMagic.size() + trailerSize) {
+            return std::nullopt;
+        }
+        ObjectTable table(bytes);
+        const std::size_t trailer = bytes.size() - trailerSize;
+        table.offsetSize_ = static_cast<unsigned char>(bytes[trailer + 6]);
+        table.referenceSize_ = static_cast<unsigned char>(bytes[trailer + 7]);
+        table.objectCount_ = *table.number(trailer + 8, 8);
+        table.root_ = *table.number(trailer + 16, 8);
+        table.offsets_ = *table.number(trailer + 24, 8);
+        const bool sizesAreValid = table.offsetSize_ >= 1 && table.offsetSize_ <= 8 &&
+                                   table.referenceSize_ >= 1 && table.referenceSize_ <= 8;
+        if (!sizesAreValid || table.offsets_ > trailer ||
+            table.objectCount_ > (trailer - table.offsets_) / table.offsetSize_ ||
+            table.root_ >= table.objectCount_) {
+            return std::nullopt;
+        }
+        return table;
+    }
+
+    [[nodiscard]] std::size_t objectCount() const { return objectCount_; }
+    [[nodiscard]] std::size_t root() const { return root_; }
+
+    /// Where the references of a container lie, how many they are, and how many of them, at the
+    /// beginning, are keys. An object that is no container has none. Absent when the object does
+    /// not lie within the file.
+    struct References {
+        std::size_t position;
+        std::size_t count;
+        std::size_t keyCount;
+    };
+    [[nodiscard]] std::optional<References> references(std::size_t object) const {
+        const auto offset = number(offsets_ + object * offsetSize_, offsetSize_);
+        if (!offset || *offset >= bytes_.size()) {
+            return std::nullopt;
+        }
+        const unsigned marker = static_cast<unsigned char>(bytes_[*offset]);
+        const bool isDictionary = marker >> 4 == 0xD;
+        if (!isDictionary && marker >> 4 != 0xA && marker >> 4 != 0xC) {
+            return References{0, 0, 0};
+        }
+        std::size_t position = *offset + 1;
+        std::size_t count = marker & 0xF;
+        if (count == 0xF) {
+            const auto sizeMarker = number(position, 1);
+            if (!sizeMarker || *sizeMarker >> 4 != 1 || (*sizeMarker & 0xF) > 3) {
+                return std::nullopt;
+            }
+            const std::size_t size = std::size_t{1} << (*sizeMarker & 0xF);
+            const auto largeCount = number(position + 1, size);
+            if (!largeCount) {
+                return std::nullopt;
+            }
+            position += 1 + size;
+            count = *largeCount;
+        }
+        const std::size_t perEntry = isDictionary ? 2 : 1;
+        if (count >
+            (bytes_.size() - std::min(position, bytes_.size())) / (perEntry * referenceSize_)) {
+            return std::nullopt;
+        }
+        return References{position, count * perEntry, isDictionary ? count : 0};
+    }
+
+    [[nodiscard]] std::optional<std::size_t> reference(const References& references,
+                                                       std::size_t index) const {
+        const auto object = number(references.position + index * referenceSize_, referenceSize_);
+        return object && *object < objectCount_ ? object : std::nullopt;
+    }
+
+ private:
+    explicit ObjectTable(std::string_view bytes) : bytes_(bytes) {}
+
+    /// The big-endian number of `size` bytes at `position`.
+    [[nodiscard]] std::optional<std::size_t> number(std::size_t position, std::size_t size) const {
+        if (position > bytes_.size() || size > bytes_.size() - position) {
+            return std::nullopt;
+        }
+        std::size_t value = 0;
+        for (const char byte : bytes_.substr(position, size)) {
+            value = (value << 8) | static_cast<unsigned char>(byte);
+        }
+        return value;
+    }
+
+    std::string_view bytes_;
+    std::size_t offsetSize_ = 0;
+    std::size_t referenceSize_ = 0;
+    std::size_t objectCount_ = 0;
+    std::size_t root_ = 0;
+    std::size_t offsets_ = 0;
+};
+
+/// What is known of an object: how much it unfolds to, and how deep.
+struct Measure {
+    enum class State : std::uint8_t { unseen, entered, measured };
+
+    std::uint32_t values = 1;
+    std::uint16_t depth = 1;
+    State state = State::unseen;
+};
+
+/// An object whose references are being followed.
+struct Entered {
+    std::size_t object;
+    ObjectTable::References references;
+    std::size_t next;
+};
+
+class Walk {
+ public:
+    explicit Walk(const ObjectTable& table) : table_(table), measures_(table.objectCount()) {}
+
+    bool staysWithinLimits() {
+        if (!enter(table_.root())) {
+            return false;
+        }
+        while (!path_.empty()) {
+            if (!(path_.back().next < path_.back().references.count ? follow() : leave())) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+ private:
+    bool enter(std::size_t object) {
+        const auto references = table_.references(object);
+        measures_[object].state = Measure::State::entered;
+        path_.push_back({object, references.value_or(ObjectTable::References{}), 0});
+        return references && path_.size() <= quorva::propertyListDepthLimit;
+    }
+
+    /// Follows the next reference of the last entered object. Every reference of a reachable object
+    /// unfolds to a value or a key, so their number is bounded like the values.
+    bool follow() {
+        Entered& parent = path_.back();
+        const auto child = table_.reference(parent.references, parent.next);
+        if (!child || ++followed_ > 2 * quorva::propertyListValueLimit) {
+            return false;
+        }
+        switch (measures_[*child].state) {
+            case Measure::State::unseen:
+                return enter(*child);
+            case Measure::State::entered:
+                return false;
+            case Measure::State::measured:
+                return add(parent, measures_[*child]);
+        }
+        return false;
+    }
+
+    /// Passes the last reference of `parent` that was followed on to the next, adding its measure.
+    bool add(Entered& parent, const Measure& child) {
+        Measure& measure = measures_[parent.object];
+        measure.values += parent.next < parent.references.keyCount ? 0 : child.values;
+        measure.depth = std::max(measure.depth, static_cast<std::uint16_t>(child.depth + 1));
+        ++parent.next;
+        return measure.values <= quorva::propertyListValueLimit &&
+               measure.depth <= quorva::propertyListDepthLimit;
+    }
+
+    bool leave() {
+        Measure& measure = measures_[path_.back().object];
+        measure.state = Measure::State::measured;
+        path_.pop_back();
+        return path_.empty() || add(path_.back(), measure);
+    }
+
+    const ObjectTable& table_;
+    std::vector<Measure> measures_;
+    std::vector<Entered> path_;
+    std::size_t followed_ = 0;
+};
+
+constexpr std::string_view whitespace = " \t\r\n";
+
+/// `bytes` behind the first `end` in them; nothing when there is none.
+std::string_view behind(std::string_view bytes, std::string_view end) {
+    const std::size_t position = bytes.find(end);
+    return position == std::string_view::npos ? std::string_view()
+                                              : bytes.substr(position + end.size());
+}
+
+}  // namespace
+
+PropertyListEncoding propertyListEncoding(std::string_view bytes) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (bytes.starts_with("bplist")) {
+        return PropertyListEncoding::binary;
+    }
+    if (bytes.starts_with(byteOrderMark)) {
+        bytes.remove_prefix(byteOrderMark.size());
+    }
+    bytes.remove_prefix(std::min(bytes.find_first_not_of(whitespace), bytes.size()));
+    const bool isXML =
+        bytes.starts_with("<?xml") || bytes.starts_with("<!") || bytes.starts_with("<plist");
+    return isXML ? PropertyListEncoding::xml : PropertyListEncoding::other;
+}
+
+bool isReadableBinaryPropertyList(std::string_view bytes) {
+    const auto table = ObjectTable::withBytes(bytes);
+    return table && bytes.starts_with(binaryMagic) && Walk(*table).staysWithinLimits();
+}
+
+bool isReadableXMLPropertyList(std::string_view bytes) {
+    const std::size_t end = bytes.find_last_not_of(whitespace);
+    if (end == std::string_view::npos || !bytes.substr(0, end + 1).ends_with("</plist>")) {
+        return false;
+    }
+    std::size_t depth = 0;
+    while (!(bytes = bytes.substr(std::min(bytes.find('<'), bytes.size()))).empty()) {
+        if (bytes.starts_with("<!--")) {
+            bytes = behind(bytes, "-->");
+        } else if (bytes.starts_with("<![CDATA[")) {
+            bytes = behind(bytes, "]]>");
+        } else {
+            const std::string_view tag = bytes.substr(0, bytes.find('>'));
+            const bool isContainer = tag.starts_with("<dict") || tag.starts_with("<array");
+            if (isContainer && !tag.ends_with('/') && ++depth > quorva::propertyListDepthLimit) {
+                return false;
+            }
+            if ((tag.starts_with("</dict") || tag.starts_with("</array")) && depth > 0) {
+                --depth;
+            }
+            bytes = behind(bytes, ">");
+        }
+    }
+    return true;
+}
+
+}  // namespace simulator

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string_view>
+
+namespace simulator {
+
+enum class PropertyListEncoding { binary, xml, other };
+
+/// How a property list is written, by its first bytes.
+PropertyListEncoding propertyListEncoding(std::string_view bytes);
+
+/// Whether libplist reads `bytes`, which are in the binary encoding, within a moment and the stack.
+///
+/// libplist unfolds shared references, looks for cycles along the whole path at every value, and
+/// recurses. So the object table is walked here first, each object once and without recursion: a
+/// list with a cycle, with more than `propertyListValueLimit` values when unfolded, or deeper than
+/// `propertyListDepthLimit` is not for it.
+bool isReadableBinaryPropertyList(std::string_view bytes);
+
+/// The same for the XML encoding, where only the depth can be too much. libplist is content with a
+/// document that ends in the middle; macOS is not, so a missing end is found here.
+bool isReadableXMLPropertyList(std::string_view bytes);
+
+}  // namespace simulator
