@@ -4,6 +4,7 @@
 #import <FinderSync/FIFinderSyncController+Simulator.h>
 #import <FinderSync/FinderSync.h>
 #import <Foundation/Foundation.h>
+#import <objc/runtime.h>
 
 #include <unistd.h>
 
@@ -210,7 +211,7 @@ simulator::ShownItem shownItem(NSMenuItem* item) {
     if ([item hasSubmenu]) {
         shown.submenu = shownMenu(item.submenu);
     }
-    if (item.action != nullptr && item.action != @selector(submenuAction:)) {
+    if (item.action != nullptr && !sel_isEqual(item.action, @selector(submenuAction:))) {
         shown.action = utf8String(NSStringFromSelector(item.action));
         if (item.target != nil) {
             shown.target = utf8String(NSStringFromClass([item.target class]));
