@@ -1,0 +1,165 @@
+#include "QuorvaFinderExtension/FinderCustomShortcutActions.hpp"
+
+#include <cstdint>
+
+#include "Tests/Unit/UnitTest.hpp"
+
+namespace quorva {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using Action = FinderCustomShortcutAction;
+
+class FinderCustomShortcutActionsTest : public UnitTest {
+ protected:
+    static void putActions(const PropertyList& root) {
+        platform().putPropertyList(customShortcutActionsPath, root);
+    }
+
+    static std::vector<Action> actions() { return FinderCustomShortcutActionSettings::actions(); }
+};
+
+TEST_F(FinderCustomShortcutActionsTest, NoFileGivesNoActions) {
+    EXPECT_THAT(actions(), IsEmpty());
+}
+
+TEST_F(FinderCustomShortcutActionsTest, ActionsAreReadInFileOrder) {
+    putActions(list({script("b", "整理", "/s.sh"), shortcut("a", "压缩", "Compress")}));
+    EXPECT_THAT(actions(),
+                ElementsAre(Action{"b", "整理", Action::Kind::script, "", "/s.sh"},
+                            Action{"a", "压缩", Action::Kind::shortcut, "Compress", ""}));
+}
+
+struct EntryRow {
+    const char* description;
+    PropertyList entry;
+    std::optional<Action> expected;
+};
+
+TEST_F(FinderCustomShortcutActionsTest, EntryGivesAnActionOnlyWithIDNameAndSomethingToRun) {
+    constexpr auto shortcutKind = Action::Kind::shortcut;
+    constexpr auto scriptKind = Action::Kind::script;
+    const EntryRow rows[] = {
+        {"no kind is a shortcut", texts({{"id", "i"}, {"name", "n"}, {"shortcutName", "s"}}),
+         Action{"i", "n", shortcutKind, "s", ""}},
+        {"unknown kind is a shortcut",
+         texts({{"id", "i"}, {"name", "n"}, {"kind", "automator"}, {"shortcutName", "s"}}),
+         Action{"i", "n", shortcutKind, "s", ""}},
+        {"empty kind is a shortcut",
+         texts({{"id", "i"}, {"name", "n"}, {"kind", ""}, {"shortcutName", "s"}}),
+         Action{"i", "n", shortcutKind, "s", ""}},
+        {"kind is matched to the letter",
+         texts({{"id", "i"},
+                {"name", "n"},
+                {"kind", "Script"},
+                {"shortcutName", "s"},
+                {"scriptPath", "/p"}}),
+         Action{"i", "n", shortcutKind, "s", "/p"}},
+        {"capital Script without shortcut name is skipped",
+         texts({{"id", "i"}, {"name", "n"}, {"kind", "Script"}, {"scriptPath", "/p"}}),
+         std::nullopt},
+        {"script keeps its stale shortcut name",
+         texts({{"id", "i"},
+                {"name", "n"},
+                {"kind", "script"},
+                {"shortcutName", "s"},
+                {"scriptPath", "/p"}}),
+         Action{"i", "n", scriptKind, "s", "/p"}},
+        {"script without path is skipped although it names a shortcut",
+         texts({{"id", "i"}, {"name", "n"}, {"kind", "script"}, {"shortcutName", "s"}}),
+         std::nullopt},
+        {"script with empty path is skipped",
+         texts({{"id", "i"}, {"name", "n"}, {"kind", "script"}, {"scriptPath", ""}}), std::nullopt},
+        {"shortcut without name of a shortcut is skipped although it has a path",
+         texts({{"id", "i"}, {"name", "n"}, {"kind", "shortcut"}, {"scriptPath", "/p"}}),
+         std::nullopt},
+        {"shortcut with empty shortcut name is skipped",
+         texts({{"id", "i"}, {"name", "n"}, {"shortcutName", ""}}), std::nullopt},
+        {"blanks are something to run", texts({{"id", "i"}, {"name", "n"}, {"shortcutName", " "}}),
+         Action{"i", "n", shortcutKind, " ", ""}},
+        {"missing id", texts({{"name", "n"}, {"shortcutName", "s"}}), std::nullopt},
+        {"missing name", texts({{"id", "i"}, {"kind", "script"}, {"scriptPath", "/p"}}),
+         std::nullopt},
+        {"empty id and name", texts({{"id", ""}, {"name", ""}, {"shortcutName", "s"}}),
+         Action{"", "", shortcutKind, "s", ""}},
+        {"nothing is trimmed",
+         texts({{"id", " i\n"}, {"name", " n "}, {"kind", "script"}, {"scriptPath", " /p "}}),
+         Action{" i\n", " n ", scriptKind, "", " /p "}},
+        {"kind is not trimmed",
+         texts({{"id", "i"}, {"name", "n"}, {"kind", "script "}, {"scriptPath", "/p"}}),
+         std::nullopt},
+        {"further texts are ignored",
+         texts({{"id", "i"}, {"name", "n"}, {"shortcutName", "s"}, {"icon", "x"}}),
+         Action{"i", "n", shortcutKind, "s", ""}},
+        {"nothing at all", texts({}), std::nullopt},
+    };
+    for (const EntryRow& row : rows) {
+        putActions(list({script("first", "F", "/f"), row.entry, shortcut("last", "L", "l")}));
+        std::vector<Action> expected = {{"first", "F", scriptKind, "", "/f"},
+                                        {"last", "L", shortcutKind, "l", ""}};
+        if (row.expected) {
+            expected.insert(expected.begin() + 1, *row.expected);
+        }
+        EXPECT_EQ(actions(), expected) << row.description;
+    }
+}
+
+TEST_F(FinderCustomShortcutActionsTest, ActionsWithTheSameIDAreBothKept) {
+    putActions(list({shortcut("a", "1", "s"), shortcut("a", "2", "s"), shortcut("a", "1", "s")}));
+    EXPECT_EQ(actions().size(), 3U);
+}
+
+TEST_F(FinderCustomShortcutActionsTest, OneValueOfTheWrongTypeDiscardsEveryEntry) {
+    const PropertyList wrongEntries[] = {
+        "text",
+        PropertyList::Array{},
+        std::int64_t{1},
+        PropertyList::Dictionary{{"id", "i"}, {"name", "n"}, {"shortcutName", std::int64_t{1}}},
+        PropertyList::Dictionary{{"id", "i"}, {"name", "n"}, {"shortcutName", "s"}, {"x", true}},
+        PropertyList::Dictionary{{"x", PropertyList::Date{0}}},
+    };
+    for (const PropertyList& wrong : wrongEntries) {
+        putActions(list({shortcut("a", "A", "s"), wrong}));
+        EXPECT_THAT(actions(), IsEmpty());
+    }
+}
+
+TEST_F(FinderCustomShortcutActionsTest, RootThatIsNoListGivesNoActions) {
+    putActions(shortcut("a", "A", "s"));
+    EXPECT_THAT(actions(), IsEmpty());
+    putActions("text");
+    EXPECT_THAT(actions(), IsEmpty());
+    putActions(PropertyList::Dictionary{{"actions", list({shortcut("a", "A", "s")})}});
+    EXPECT_THAT(actions(), IsEmpty());
+}
+
+TEST_F(FinderCustomShortcutActionsTest, EmptyListGivesNoActions) {
+    putActions(PropertyList::Array{});
+    EXPECT_THAT(actions(), IsEmpty());
+}
+
+TEST_F(FinderCustomShortcutActionsTest, FileThatCannotBeReadOrParsedGivesNoActions) {
+    platform().putFile(customShortcutActionsPath, "garbage");
+    EXPECT_THAT(actions(), IsEmpty());
+    for (const auto operation :
+         {fakePlatform::Operation::readFile, fakePlatform::Operation::parsePropertyList}) {
+        fakePlatform::reset();
+        putActions(list({shortcut("a", "A", "s")}));
+        EXPECT_EQ(actions().size(), 1U);
+        platform().fail(operation);
+        EXPECT_THAT(actions(), IsEmpty());
+    }
+}
+
+TEST_F(FinderCustomShortcutActionsTest, FileIsReadFromTheReportedHomeAtEachCall) {
+    putActions(list({shortcut("a", "A", "s")}));
+    EXPECT_EQ(actions().size(), 1U);
+    platform().enterSandbox();
+    EXPECT_THAT(actions(), IsEmpty());
+    EXPECT_THAT(platform().journal, IsEmpty());
+}
+
+}  // namespace
+}  // namespace quorva

@@ -1,0 +1,159 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <exception>
+#include <initializer_list>
+#include <memory>
+#include <new>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "QuorvaFinderExtension/FinderActionContext.hpp"
+#include "QuorvaFinderExtension/FinderCustomDestinations.hpp"
+#include "QuorvaFinderExtension/FinderCustomShortcutActions.hpp"
+#include "QuorvaFinderExtension/FinderFeature.hpp"
+#include "QuorvaFinderExtension/FinderViewPresetSettings.hpp"
+#include "QuorvaFinderExtension/Menu.hpp"
+#include "Tests/FakePlatform/FakePlatform.hpp"
+
+/// What the unit tests share: a new machine for each test, the places of the settings files, and
+/// short ways to write what the files hold.
+namespace quorva {
+
+class UnitTest : public testing::Test {
+ protected:
+    UnitTest() { fakePlatform::reset(); }
+
+    static inline const std::string settingsFolder =
+        "/Users/ada/Library/Application Support/Quorva";
+    static inline const std::string featureSettingsPath = settingsFolder + "/FeatureSettings.plist";
+    static inline const std::string customDestinationsPath =
+        settingsFolder + "/CustomDestinations.plist";
+    static inline const std::string customShortcutActionsPath =
+        settingsFolder + "/CustomShortcutActions.plist";
+    static inline const std::string viewPresetsPath = settingsFolder + "/FinderViewPresets.plist";
+    static inline const std::string temporaryLogPath = "/tmp/quorva-finder-extension.log";
+    static inline const std::string containerLogPath = settingsFolder + "/FinderExtension.log";
+    static inline const std::string queuePath = settingsFolder + "/ActionQueue";
+
+    static inline const std::exception_ptr outOfMemory = std::make_exception_ptr(std::bad_alloc());
+
+    /// The messages of the diagnostic log, as the console got them: each behind the extension's
+    /// name.
+    static std::vector<std::string> messages() {
+        std::vector<std::string> result;
+        for (const std::string& line : platform().consoleLines) {
+            EXPECT_TRUE(line.starts_with(consolePrefix)) << line;
+            result.push_back(line.substr(std::min(consolePrefix.size(), line.size())));
+        }
+        return result;
+    }
+
+    /// The event of a message of the diagnostic log.
+    static fakePlatform::Event message(const std::string& text) {
+        return {fakePlatform::Event::Kind::consoleLine, consolePrefix + text};
+    }
+
+    static inline const std::string consolePrefix = "QuorvaFinderExtension: ";
+
+    /// Looked up anew, because a test may start over with a new machine.
+    static fakePlatform::State& platform() { return fakePlatform::state(); }
+};
+
+inline PropertyList::Array strings(std::initializer_list<const char*> texts) {
+    PropertyList::Array array;
+    for (const char* const text : texts) {
+        array.emplace_back(text);
+    }
+    return array;
+}
+
+inline PropertyList::Array list(std::initializer_list<PropertyList> values) {
+    return PropertyList::Array(values.begin(), values.end());
+}
+
+using TextMember = std::pair<const char*, const char*>;
+
+/// A dictionary of texts, as the entries of the settings files are.
+inline PropertyList texts(std::initializer_list<TextMember> members) {
+    PropertyList::Dictionary dictionary;
+    for (const auto& [key, text] : members) {
+        dictionary.emplace(key, text);
+    }
+    return dictionary;
+}
+
+inline PropertyList destination(const char* id, const char* name, const char* path) {
+    return texts({{"id", id}, {"name", name}, {"path", path}});
+}
+
+inline PropertyList preset(const char* id, const char* name, const char* viewMode = "list",
+                           const char* sortMode = "name") {
+    return texts({{"id", id}, {"name", name}, {"viewMode", viewMode}, {"sortMode", sortMode}});
+}
+
+inline PropertyList shortcut(const char* id, const char* name, const char* shortcutName) {
+    return texts(
+        {{"id", id}, {"name", name}, {"kind", "shortcut"}, {"shortcutName", shortcutName}});
+}
+
+inline PropertyList script(const char* id, const char* name, const char* scriptPath) {
+    return texts({{"id", id}, {"name", name}, {"kind", "script"}, {"scriptPath", scriptPath}});
+}
+
+/// The context attached to `item`, null when something else is.
+inline const FinderActionContext* attachedContext(const MenuItem& item) {
+    const auto* const context =
+        std::get_if<std::shared_ptr<const FinderActionContext>>(&item.representedObject);
+    return context == nullptr ? nullptr : context->get();
+}
+
+inline std::vector<std::string> titles(const std::vector<MenuItem>& items) {
+    std::vector<std::string> result;
+    for (const MenuItem& item : items) {
+        result.push_back(item.isSeparator ? "-" : item.title);
+    }
+    return result;
+}
+
+// Readable failures.
+
+inline void PrintTo(const FileURL& url, std::ostream* stream) {
+    *stream << url.path() << (url.hasDirectoryPath() ? " (directory)" : " (file)");
+}
+
+inline void PrintTo(const FinderCustomDestination& value, std::ostream* stream) {
+    *stream << value.id << " | " << value.name << " | " << value.path;
+}
+
+inline void PrintTo(const FinderCustomShortcutAction& value, std::ostream* stream) {
+    *stream << value.id << " | " << value.name << " | "
+            << (value.kind == FinderCustomShortcutAction::Kind::script ? "script" : "shortcut")
+            << " | " << value.shortcutName << " | " << value.scriptPath;
+}
+
+inline void PrintTo(const FinderViewPresetSetting& value, std::ostream* stream) {
+    *stream << value.id << " | " << value.name << " | " << value.viewMode << " | "
+            << value.sortMode;
+}
+
+inline void PrintTo(FinderFeature feature, std::ostream* stream) {
+    *stream << rawValue(feature);
+}
+
+inline void PrintTo(const FinderActionContext& context, std::ostream* stream) {
+    *stream << context.actionID() << " | " << context.title() << " | case "
+            << static_cast<int>(context.action().actionCase()) << " | "
+            << context.selectedURLs().urls().size() << " selected | "
+            << (context.targetedURL() ? context.targetedURL()->path() : "no target") << " | "
+            << context.destinationPath() << " | " << context.presetID();
+}
+
+}  // namespace quorva
