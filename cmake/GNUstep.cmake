@@ -48,6 +48,8 @@ target_include_directories(
 # Behind the compiler's own folders: of GCC's headers only those of Objective-C are wanted.
 target_compile_options(
   GNUstep INTERFACE "SHELL:$<$<COMPILE_LANGUAGE:OBJCXX>:-idirafter ${GNUSTEP_OBJC_INCLUDE_DIR}>")
+# The blocks runtime comes first: GNUstep's base library has half of one of its own, whose
+# `_Block_copy` does not know the other's blocks and leaves them on the stack.
 target_link_libraries(
-  GNUstep INTERFACE "${GNUSTEP_GUI_LIBRARY}" "${GNUSTEP_BASE_LIBRARY}" "${GNUSTEP_OBJC_LIBRARY}"
-                    "${GNUSTEP_BLOCKS_LIBRARY}")
+  GNUstep INTERFACE "${GNUSTEP_BLOCKS_LIBRARY}" "${GNUSTEP_GUI_LIBRARY}" "${GNUSTEP_BASE_LIBRARY}"
+                    "${GNUSTEP_OBJC_LIBRARY}")

@@ -1,0 +1,219 @@
+#import "Cocoa/FinderSync.h"
+
+#import <AppKit/AppKit.h>
+#import <FinderSync/FIFinderSyncController+Simulator.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#import "Cocoa/ObjectHolder.h"
+#import "Cocoa/StringConversion.h"
+#include "Simulator/EventRecorder.hpp"
+#include "Tests/Cocoa/RecordedRequests.hpp"
+#import "Tests/Cocoa/RunLoop.h"
+#include "Tests/Cocoa/TemporaryFolder.hpp"
+
+/// The principal class as the system uses it: by its name and its Objective-C methods.
+class PrincipalClass : public TemporaryFolder {
+   protected:
+    void SetUp() override {
+        (void)takeRecordedRequests();
+        @autoreleasepool {
+            FinderSync* created = [[NSClassFromString(@"FinderSync") alloc] init];
+            finderSync_ = quorva::ObjectHolder<FinderSync>(created);
+            [created release];
+        }
+    }
+
+    [[nodiscard]] FinderSync* finderSync() const { return finderSync_.get(); }
+
+    void letGo() { finderSync_ = {}; }
+
+    /// The menu while `path` is selected.
+    [[nodiscard]] NSMenu* menu(NSString* selected) const {
+        [[FIFinderSyncController defaultController]
+            beginWithSelectedItemURLs:[NSArray arrayWithObject:[NSURL fileURLWithPath:selected
+                                                                          isDirectory:NO]]
+                          targetedURL:[NSURL fileURLWithPath:@"/tmp" isDirectory:YES]];
+        NSMenu* menu = [finderSync() menuForMenuKind:FIMenuKindContextualMenuForItems];
+        [[FIFinderSyncController defaultController] end];
+        return menu;
+    }
+
+    /// The only record in the queue, which is then empty.
+    [[nodiscard]] nlohmann::json takeRecord() const {
+        nlohmann::json record;
+        const std::filesystem::path queue = path("Library/Application Support/Quorva/ActionQueue");
+        int count = 0;
+        std::error_code missing;
+        for (const auto& entry : std::filesystem::directory_iterator(queue, missing)) {
+            record = nlohmann::json::parse(std::ifstream(entry.path()));
+            std::filesystem::remove(entry.path());
+            ++count;
+        }
+        simulator::waitForLaunches(20);
+        EXPECT_LE(count, 1);
+        return record;
+    }
+
+   private:
+    quorva::ObjectHolder<FinderSync> finderSync_;
+};
+
+namespace {
+
+/// The first actionable item that is enabled, in `menu` or below.
+NSMenuItem* firstActionableItem(NSMenu* menu) {
+    for (NSMenuItem* item in [menu itemArray]) {
+        if (item.submenu != nil) {
+            if (NSMenuItem* found = firstActionableItem(item.submenu)) {
+                return found;
+            }
+        } else if (item.action != nullptr && [item isEnabled]) {
+            return item;
+        }
+    }
+    return nil;
+}
+
+NSMenuItem* itemWithTitle(NSMenu* menu, const std::string& title) {
+    for (NSMenuItem* item in [menu itemArray]) {
+        if (item.submenu == nil && quorva::utf8String(item.title) == title) {
+            return item;
+        }
+        if (item.submenu != nil) {
+            if (NSMenuItem* found = itemWithTitle(item.submenu, title)) {
+                return found;
+            }
+        }
+    }
+    return nil;
+}
+
+/// What Finder gives back of `item`.
+NSMenuItem* rebuilt(NSMenuItem* item) {
+    NSMenuItem* copy = [[[NSMenuItem alloc] initWithTitle:item.title
+                                                   action:nullptr
+                                            keyEquivalent:@""] autorelease];
+    copy.tag = item.tag;
+    return copy;
+}
+
+}  // namespace
+
+TEST_F(PrincipalClass, SetsTheMonitoredFoldersWhenItIsCreated) {
+    EXPECT_TRUE([[FIFinderSyncController defaultController].directoryURLs
+        containsObject:[NSURL fileURLWithPath:@"/Applications" isDirectory:YES]]);
+}
+
+TEST_F(PrincipalClass, HasAToolbarItem) {
+    EXPECT_EQ(quorva::utf8String(finderSync().toolbarItemName), "Quorva");
+    EXPECT_EQ(quorva::utf8String(finderSync().toolbarItemToolTip), "Send selected files to Quorva");
+    EXPECT_NE(finderSync().toolbarItemImage, nil);
+}
+
+TEST_F(PrincipalClass, AnswersAMenuForEveryKind) {
+    for (const NSUInteger kind : {0u, 1u, 2u, 3u, 4711u}) {
+        NSMenu* menu = [finderSync() menuForMenuKind:static_cast<FIMenuKind>(kind)];
+        EXPECT_EQ(quorva::utf8String(menu.title), "Quorva");
+        EXPECT_GT(menu.numberOfItems, 0);
+    }
+}
+
+TEST_F(PrincipalClass, IsTheTargetOfEveryActionableItem) {
+    NSMenuItem* item = firstActionableItem(menu(@"/a"));
+    ASSERT_NE(item, nil);
+    EXPECT_EQ(item.target, finderSync());
+    EXPECT_TRUE([finderSync() respondsToSelector:item.action]);
+}
+
+TEST_F(PrincipalClass, QueuesAClickAndPostsIt) {
+    NSMenuItem* item = firstActionableItem(menu(@"/没有 a"));
+    (void)takeRecordedRequests();
+    [finderSync() performSelector:item.action withObject:item];
+    const nlohmann::json record = takeRecord();
+    ASSERT_TRUE(record.is_object());
+    EXPECT_EQ(record["title"], quorva::utf8String(item.title));
+    EXPECT_EQ(record["selectedPaths"], nlohmann::json({"/没有 a"}));
+    const RecordedRequests requests = takeRecordedRequests();
+    ASSERT_EQ(requests.notifications.size(), 1u);
+    EXPECT_EQ(requests.notifications[0].name, "app.ferrolin.Quorva.ActionQueued");
+}
+
+TEST_F(PrincipalClass, QueuesAClickOnADestinationAsFinderDeliversIt) {
+    write("Library/Application Support/Quorva/CustomDestinations.plist", R"(<plist version="1.0">
+        <dict><key>quickOpen</key><array><dict><key>id</key><string>mine</string>
+        <key>name</key><string>Mine alone</string><key>path</key><string>/mine</string>
+        </dict></array></dict></plist>)");
+    NSMenuItem* item = itemWithTitle(menu(@"/a"), "Mine alone");
+    ASSERT_NE(item, nil);
+    [finderSync() performFeatureChild:item];
+    nlohmann::json intact = takeRecord();
+    ASSERT_TRUE(intact.is_object());
+    [finderSync() performFeatureChild:rebuilt(item)];
+    nlohmann::json delivered = takeRecord();
+    ASSERT_TRUE(delivered.is_object());
+    intact.erase("createdAt");
+    delivered.erase("createdAt");
+    EXPECT_EQ(delivered, intact);
+    EXPECT_EQ(delivered["destinationPath"], "/mine");
+}
+
+TEST_F(PrincipalClass, IgnoresASenderThatIsNoMenuItem) {
+    [finderSync() performFeatureChild:nil];
+    [finderSync() performFeatureChild:@"text"];
+    EXPECT_TRUE(takeRecord().is_null());
+}
+
+TEST_F(PrincipalClass, QueuesNothingForAnItemItDoesNotKnow) {
+    NSMenuItem* item = [[[NSMenuItem alloc] initWithTitle:@"no such entry"
+                                                   action:nullptr
+                                            keyEquivalent:@""] autorelease];
+    [finderSync() performFeatureChild:item];
+    EXPECT_TRUE(takeRecord().is_null());
+}
+
+TEST_F(PrincipalClass, RefreshesTheMonitoredFoldersWhenTheSettingsChange) {
+    [FIFinderSyncController defaultController].directoryURLs = [NSSet set];
+    [[NSDistributedNotificationCenter defaultCenter]
+        postNotificationName:@"app.ferrolin.Quorva.SettingsChanged"
+                      object:nil
+                    userInfo:[NSDictionary dictionaryWithObject:@"test" forKey:@"reason"]
+          deliverImmediately:YES];
+    EXPECT_TRUE(runLoopUntil(
+        [] { return [FIFinderSyncController defaultController].directoryURLs.count > 0; }));
+    EXPECT_NE(read("Library/Application Support/Quorva/FinderExtension.log")
+                  .find("settings changed notification reason=test\n"),
+              std::string::npos);
+}
+
+TEST_F(PrincipalClass, TakesANotificationWithoutAReasonThatIsText) {
+    for (NSDictionary* userInfo :
+         {static_cast<NSDictionary*>(nil), [NSDictionary dictionary],
+          [NSDictionary dictionaryWithObject:[NSNumber numberWithInt:1] forKey:@"reason"],
+          [NSDictionary dictionaryWithObject:[NSNull null] forKey:@"reason"]}) {
+        [finderSync() handleSettingsChanged:[NSNotification notificationWithName:@"n"
+                                                                          object:nil
+                                                                        userInfo:userInfo]];
+    }
+    const std::string log = read("Library/Application Support/Quorva/FinderExtension.log");
+    std::size_t count = 0;
+    for (std::size_t at = log.find("reason=unknown\n"); at != std::string::npos;
+         at = log.find("reason=unknown\n", at + 1)) {
+        ++count;
+    }
+    EXPECT_EQ(count, 4u);
+}
+
+TEST_F(PrincipalClass, ObservesNothingOnceItIsGone) {
+    letGo();
+    [FIFinderSyncController defaultController].directoryURLs = [NSSet set];
+    [[NSDistributedNotificationCenter defaultCenter]
+        postNotificationName:@"app.ferrolin.Quorva.SettingsChanged"
+                      object:nil
+                    userInfo:nil
+          deliverImmediately:YES];
+    NSDate* end = [NSDate dateWithTimeIntervalSinceNow:0.3];
+    EXPECT_TRUE(runLoopUntil([end] { return end.timeIntervalSinceNow < 0; }));
+    EXPECT_EQ([FIFinderSyncController defaultController].directoryURLs.count, 0u);
+}

@@ -1,0 +1,120 @@
+#import "Cocoa/PropertyListConversion.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#import "Cocoa/StringConversion.h"
+#include "Platform/PropertyListSerialization.hpp"
+
+using quorva::FoundationObjectConverter;
+using quorva::PropertyList;
+using quorva::propertyListEntries;
+
+namespace {
+
+/// `object` in `depth` arrays.
+id nested(id object, std::size_t depth) {
+    for (std::size_t level = 0; level < depth; ++level) {
+        object = [NSArray arrayWithObject:object];
+    }
+    return object;
+}
+
+}  // namespace
+
+TEST(PropertyListConversion, KeepsEveryTypeBothWays) {
+    const PropertyList values[] = {
+        "没有",
+        "",
+        true,
+        false,
+        std::int64_t{0},
+        std::int64_t{1},
+        std::numeric_limits<std::int64_t>::min(),
+        std::numeric_limits<std::int64_t>::max(),
+        0.0,
+        1.0,
+        -1.5e300,
+        std::numeric_limits<double>::infinity(),
+        PropertyList::Date{1763665000.5},
+        quorva::dataWithText("bytes"),
+        quorva::Data{},
+        PropertyList::Array{},
+        PropertyList::Array{"a", true, PropertyList::Array{}},
+        PropertyList::Dictionary{},
+        PropertyList::Dictionary{{"", "a"}, {"没有", PropertyList::Dictionary{{"b", 1.0}}}}};
+    FoundationObjectConverter converter;
+    for (const PropertyList& value : values) {
+        EXPECT_EQ(quorva::propertyList(converter.object(value)), value);
+    }
+}
+
+TEST(PropertyListConversion, TellsBooleansFromNumbers) {
+    EXPECT_EQ(quorva::propertyList([NSNumber numberWithBool:YES]), PropertyList(true));
+    EXPECT_EQ(quorva::propertyList([NSNumber numberWithInt:1]), PropertyList(std::int64_t{1}));
+    EXPECT_EQ(quorva::propertyList([NSNumber numberWithInt:0]), PropertyList(std::int64_t{0}));
+    EXPECT_EQ(quorva::propertyList([NSNumber numberWithFloat:0.5F]), PropertyList(0.5));
+    EXPECT_EQ(quorva::propertyList([NSNumber numberWithUnsignedLongLong:UINT64_MAX]),
+              PropertyList(18446744073709551615.0));
+}
+
+TEST(PropertyListConversion, FailsForWhatIsNoPropertyList) {
+    for (id object :
+         {static_cast<id>(nil), static_cast<id>([NSNull null]),
+          static_cast<id>([NSURL URLWithString:@"file:///"]),
+          static_cast<id>([NSArray arrayWithObject:[NSNull null]]),
+          static_cast<id>([NSDictionary dictionaryWithObject:@"a"
+                                                      forKey:[NSNumber numberWithInt:1]]),
+          static_cast<id>([NSDictionary dictionaryWithObject:[NSSet set] forKey:@"a"])}) {
+        const auto value = quorva::propertyList(object);
+        ASSERT_FALSE(value);
+        EXPECT_NE(value.error().localizedDescription, "");
+    }
+}
+
+TEST(PropertyListConversion, ReadsToTheDepthLimitAndNoFurther) {
+    EXPECT_TRUE(quorva::propertyList(nested(@"a", quorva::propertyListDepthLimit - 1)));
+    EXPECT_FALSE(quorva::propertyList(nested(@"a", quorva::propertyListDepthLimit)));
+}
+
+TEST(PropertyListConversion, EndsForACycle) {
+    NSMutableArray* array = [NSMutableArray array];
+    [array addObject:[NSArray arrayWithObject:array]];
+    EXPECT_FALSE(quorva::propertyList(array));
+    [array removeAllObjects];
+}
+
+TEST(PropertyListConversion, EndsForSharedReferencesThatExplode) {
+    id object = @"a";
+    for (int level = 0; level < 40; ++level) {
+        object = [NSArray arrayWithObjects:object, object, nil];
+    }
+    EXPECT_FALSE(quorva::propertyList(object));
+}
+
+TEST(PropertyListEntries, LeavesOutWhatIsNoPropertyListAndKeepsTheOthers) {
+    NSDictionary* dictionary = [NSDictionary
+        dictionaryWithObjectsAndKeys:@"settings", @"reason", [NSNull null], @"foreign",
+                                     [NSArray arrayWithObject:[NSNull null]], @"list", nil];
+    EXPECT_EQ(propertyListEntries(dictionary), (PropertyList::Dictionary{{"reason", "settings"}}));
+    EXPECT_EQ(propertyListEntries([NSDictionary dictionary]), PropertyList::Dictionary{});
+}
+
+TEST(PropertyListEntries, AreNothingForWhatIsNoDictionaryWithStringKeys) {
+    EXPECT_EQ(propertyListEntries(nil), std::nullopt);
+    EXPECT_EQ(propertyListEntries(@"text"), std::nullopt);
+    NSDictionary* dictionary = [NSDictionary
+        dictionaryWithObjectsAndKeys:@"a", @"b", @"c", [NSNumber numberWithInt:1], nil];
+    EXPECT_EQ(propertyListEntries(dictionary), std::nullopt);
+}
+
+TEST(FoundationObjectConverter, MakesASharedArrayOnce) {
+    const PropertyList paths = PropertyList::Array{"/a", "/b"};
+    const PropertyList equalPaths = PropertyList::Array{"/a", "/b"};
+    FoundationObjectConverter converter;
+    NSDictionary* first = converter.dictionary({{"selectedPaths", paths}});
+    NSDictionary* second = converter.dictionary({{"selectedPaths", paths}});
+    EXPECT_EQ([first objectForKey:@"selectedPaths"], [second objectForKey:@"selectedPaths"]);
+    EXPECT_NE([first objectForKey:@"selectedPaths"], converter.object(equalPaths));
+}

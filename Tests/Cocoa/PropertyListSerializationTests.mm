@@ -1,0 +1,131 @@
+#include "Platform/PropertyListSerialization.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <limits>
+#include <random>
+
+#include "Tests/Cocoa/TemporaryFolder.hpp"
+
+using quorva::PropertyList;
+using quorva::propertyListWithData;
+
+/// The property lists that `PropertyLists.py` wrote.
+class WrittenPropertyLists : public TemporaryFolder {
+   protected:
+    void SetUp() override {
+        const std::string command =
+            "python3 '" QUORVA_TESTS_FOLDER "/Cocoa/PropertyLists.py' '" + folder().string() + "'";
+        ASSERT_EQ(std::system(command.c_str()), 0);
+    }
+
+    [[nodiscard]] quorva::Data data(std::string_view name) const {
+        return dataWithContentsOfURL(file(name)).value();
+    }
+};
+
+TEST_F(WrittenPropertyLists, AreReadInBothEncodings) {
+    const PropertyList expected = PropertyList::Dictionary{
+        {"text", "没有 \U0001F600 <&>"},
+        {"empty", ""},
+        {"yes", true},
+        {"no", false},
+        {"one", std::int64_t{1}},
+        {"negative", std::int64_t{-7}},
+        {"least", std::numeric_limits<std::int64_t>::min()},
+        {"greatest", std::numeric_limits<std::int64_t>::max()},
+        {"real", 1.5},
+        {"date", PropertyList::Date{1795199400}},
+        {"data", quorva::dataWithText(std::string_view("\0\xFF", 2))},
+        {"list", PropertyList::Array{"a", PropertyList::Array{"b"}, PropertyList::Dictionary{}}},
+        {"dictionary", PropertyList::Dictionary{{"没有", PropertyList::Dictionary{{"c", "d"}}}}}};
+    EXPECT_EQ(propertyListWithData(data("settings.xml")), expected);
+    EXPECT_EQ(propertyListWithData(data("settings.binary")), expected);
+    EXPECT_EQ(propertyListWithData(data("text.xml")), PropertyList("text"));
+    EXPECT_EQ(propertyListWithData(data("text.binary")), PropertyList("text"));
+}
+
+TEST_F(WrittenPropertyLists, AreReadWithAHundredThousandEntries) {
+    for (const char* name : {"many.xml", "many.binary"}) {
+        const auto list = propertyListWithData(data(name));
+        ASSERT_TRUE(list);
+        ASSERT_NE(list->array(), nullptr);
+        EXPECT_EQ(list->array()->size(), 100'000u);
+    }
+}
+
+TEST_F(WrittenPropertyLists, AreReadWhenTheyAreDeepButWithinTheLimit) {
+    EXPECT_TRUE(propertyListWithData(data("deep500.binary")));
+    EXPECT_TRUE(propertyListWithData(data("deep500.xml")));
+}
+
+TEST_F(WrittenPropertyLists, AreAnErrorWhenTheyAreHostile) {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder())) {
+        const std::string name = entry.path().filename();
+        if (name.starts_with("bad.")) {
+            ++count;
+            const auto list = propertyListWithData(data(name));
+            EXPECT_FALSE(list) << name;
+            EXPECT_TRUE(list || !list.error().localizedDescription.empty()) << name;
+        }
+    }
+    EXPECT_EQ(count, 28);
+}
+
+TEST_F(WrittenPropertyLists, AreAnErrorWhenTruncatedAnywhere) {
+    for (const char* name : {"settings.xml", "settings.binary"}) {
+        const quorva::Data whole = data(name);
+        const auto expected = propertyListWithData(whole);
+        for (std::size_t size = 0; size < whole.size(); ++size) {
+            const auto list = propertyListWithData(
+                quorva::Data(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
+            // The line break at the end is not missed.
+            EXPECT_TRUE(!list || list == expected) << name << " of " << size << " bytes";
+            EXPECT_FALSE(list && size + 1 < whole.size()) << name << " of " << size << " bytes";
+        }
+    }
+}
+
+TEST_F(WrittenPropertyLists, DoNoHarmWhenBytesInThemAreChanged) {
+    std::mt19937 random(20261120);
+    for (const char* name : {"settings.xml", "settings.binary"}) {
+        const quorva::Data whole = data(name);
+        for (int round = 0; round < 20'000; ++round) {
+            quorva::Data changed = whole;
+            for (unsigned change = 0; change <= random() % 4; ++change) {
+                changed[random() % changed.size()] = static_cast<std::byte>(random());
+            }
+            const auto list = propertyListWithData(changed);
+            EXPECT_TRUE(list || !list.error().localizedDescription.empty());
+        }
+    }
+}
+
+TEST(PropertyListSerialization, DoesNoHarmForRandomBytes) {
+    std::mt19937 random(1120);
+    for (int round = 0; round < 20'000; ++round) {
+        quorva::Data bytes = quorva::dataWithText(round % 2 == 0 ? "" : "bplist00");
+        const std::size_t size = random() % 200;
+        while (bytes.size() < size) {
+            bytes.push_back(static_cast<std::byte>(random()));
+        }
+        const auto list = propertyListWithData(bytes);
+        EXPECT_TRUE(list || !list.error().localizedDescription.empty());
+    }
+}
+
+TEST(PropertyListSerialization, DoesNoHarmForRandomText) {
+    constexpr std::string_view characters = "(){}<>[]*;,=\"'\\/ \nab01DBYNIR-+:%";
+    std::mt19937 random(2011);
+    for (int round = 0; round < 20'000; ++round) {
+        std::string text;
+        const std::size_t size = random() % 60;
+        while (text.size() < size) {
+            text += characters[random() % characters.size()];
+        }
+        const auto list = propertyListWithData(quorva::dataWithText(text));
+        EXPECT_TRUE(list || !list.error().localizedDescription.empty());
+    }
+}

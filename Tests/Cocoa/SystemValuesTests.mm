@@ -1,0 +1,68 @@
+#import <Foundation/Foundation.h>
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <regex>
+#include <set>
+
+#include "Platform/Console.hpp"
+#include "Platform/Date.hpp"
+#include "Platform/PathUtilities.hpp"
+#include "Platform/UUID.hpp"
+
+TEST(UUID, IsInCanonicalFormAndNeverTheSame) {
+    const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
+    std::set<std::string> seen;
+    for (int count = 0; count < 1000; ++count) {
+        const std::string uuid = quorva::newUUIDString();
+        EXPECT_TRUE(std::regex_match(uuid, form)) << uuid;
+        seen.insert(uuid);
+    }
+    EXPECT_EQ(seen.size(), 1000u);
+}
+
+TEST(Date, IsTheTimeOfTheSystemClock) {
+    const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
+    EXPECT_NEAR(quorva::timeIntervalSince1970(), now.count(), 60);
+}
+
+TEST(Console, TakesAnyText) {
+    testing::internal::CaptureStderr();
+    quorva::logToConsole("QuorvaFinderExtension: 没有 %@ %s \U0001F600 \xFF end");
+    quorva::logToConsole("");
+    const std::string output = testing::internal::GetCapturedStderr();
+    EXPECT_NE(output.find("QuorvaFinderExtension: 没有 %@ %s \U0001F600 \uFFFD end"),
+              std::string::npos)
+        << output;
+}
+
+class Account : public testing::Test {
+   protected:
+    ~Account() override {
+        unsetenv("SIMULATOR_ACCOUNT_NAME");
+        unsetenv("SIMULATOR_ACCOUNT_HOME");
+    }
+};
+
+TEST_F(Account, IsTheOneOfTheAccountDatabase) {
+    const passwd* account = getpwuid(getuid());
+    ASSERT_NE(account, nullptr);
+    EXPECT_EQ(quorva::userName(), account->pw_name);
+    EXPECT_EQ(quorva::homeDirectoryForUser(account->pw_name), account->pw_dir);
+}
+
+TEST_F(Account, IsAbsentForAUserThatDoesNotExist) {
+    EXPECT_EQ(quorva::homeDirectoryForUser("no such user"), std::nullopt);
+    EXPECT_EQ(quorva::homeDirectoryForUser(""), std::nullopt);
+}
+
+TEST_F(Account, IsTheOneThatTheSimulatorNames) {
+    setenv("SIMULATOR_ACCOUNT_NAME", "阿达", 1);
+    setenv("SIMULATOR_ACCOUNT_HOME", "/Users/阿达", 1);
+    EXPECT_EQ(quorva::userName(), "阿达");
+    EXPECT_EQ(quorva::homeDirectoryForUser("阿达"), "/Users/阿达");
+    EXPECT_EQ(quorva::homeDirectoryForUser("no such user"), std::nullopt);
+}

@@ -1,0 +1,24 @@
+#import <AppKit/AppKit.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string_view>
+
+#include "Platform/Bundle.hpp"
+
+int main(int argumentCount, char** arguments) {
+    @autoreleasepool {
+        // The bundle tests start a copy of this program from a bundle.
+        if (argumentCount == 3 && std::string_view(arguments[1]) == "--describe-main-bundle") {
+            std::printf("%s\n%s\n%s\n", quorva::mainBundleURL().path().c_str(),
+                        quorva::localizedString(arguments[2]).c_str(),
+                        [[[NSBundle mainBundle].infoDictionary objectForKey:@"CFBundleIdentifier"]
+                            UTF8String]);
+            return 0;
+        }
+        // Menus need the application object, which needs a display.
+        [NSApplication sharedApplication];
+        testing::InitGoogleTest(&argumentCount, arguments);
+        return RUN_ALL_TESTS();
+    }
+}
