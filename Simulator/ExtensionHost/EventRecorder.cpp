@@ -11,7 +11,7 @@
 namespace simulator {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 struct Recorder {
     std::mutex mutex;

@@ -249,4 +249,10 @@ bool isReadableXMLPropertyList(std::string_view bytes) {
     return true;
 }
 
+bool isReadableTextPropertyList(std::string_view bytes) {
+    constexpr std::ptrdiff_t bracketLimit = 4096;
+    const auto isBracket = [](char character) { return character == '(' || character == '{'; };
+    return !bytes.contains('\0') && std::ranges::count_if(bytes, isBracket) <= bracketLimit;
+}
+
 }  // namespace simulator

@@ -21,4 +21,8 @@ bool isReadableBinaryPropertyList(std::string_view bytes);
 /// document that ends in the middle; macOS is not, so a missing end is found here.
 bool isReadableXMLPropertyList(std::string_view bytes);
 
+/// Whether GNUstep's recursive parser of the old text form can read `bytes` with the stack there is:
+/// without a NUL, and with no more opening brackets than that takes.
+bool isReadableTextPropertyList(std::string_view bytes);
+
 }  // namespace simulator

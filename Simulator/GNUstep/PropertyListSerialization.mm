@@ -145,12 +145,17 @@ id objectWithBytes(std::string_view bytes, simulator::PropertyListEncoding encod
     const simulator::PropertyListEncoding encoding = simulator::propertyListEncoding(bytes);
     id object = nil;
     if (encoding == simulator::PropertyListEncoding::other) {
+        // GNUstep knows encodings of its own behind other first bytes.
+        NSString* text = [[[NSString alloc] initWithData:data
+                                                encoding:NSUTF8StringEncoding] autorelease];
+        const bool isText = text != nil && simulator::isReadableTextPropertyList(bytes);
         @try {
             NSError* textError = nil;
-            object = [self simulatorPropertyListWithData:data
-                                                 options:options
-                                                  format:format
-                                                   error:&textError];
+            object = isText ? [self simulatorPropertyListWithData:data
+                                                          options:options
+                                                           format:format
+                                                            error:&textError]
+                            : nil;
         } @catch (NSException*) {
             // Answered below like every other text that is no property list.
         }
