@@ -8,6 +8,7 @@ Reads with LLVM's tools and Python's standard library, so it works where there i
 import argparse
 import plistlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -152,9 +153,9 @@ def table_deviations(resources):
 def load_commands(slice_path):
     """The load commands as dictionaries, with their sections under "sections"."""
     commands = []
-    for block in re.split(r"^Load command \d+$", run("llvm-otool-19", "-l", slice_path), flags=re.M)[
-        1:
-    ]:
+    for block in re.split(
+        r"^Load command \d+$", run("llvm-otool-19", "-l", slice_path), flags=re.M
+    )[1:]:
         head, *sections = re.split(r"^Section$", block, flags=re.M)
         fields = dict(re.findall(r"^\s*(\w+) (.+?)(?: \(offset \d+\))?$", head, flags=re.M))
         fields["sections"] = [
@@ -259,9 +260,10 @@ def executable_deviations(executable, minimum_system_version):
 
 def thin_slice(executable, architecture, folder):
     path = f"{folder}/{architecture}"
-    is_universal = len(run("llvm-lipo-19", "-archs", str(executable)).split()) > 1
-    how = ["-thin", architecture] if is_universal else ["-create"]
-    run("llvm-lipo-19", str(executable), *how, "-output", path)
+    if len(run("llvm-lipo-19", "-archs", str(executable)).split()) > 1:
+        run("llvm-lipo-19", str(executable), "-thin", architecture, "-output", path)
+    else:
+        shutil.copy(executable, path)
     return path
 
 
