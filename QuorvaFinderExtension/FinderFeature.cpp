@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <span>
+#include <utility>
 
 #include "QuorvaFinderExtension/L10n.hpp"
 
@@ -171,7 +172,7 @@ constexpr FeatureEntry entry(FinderFeature feature) {
         case FinderFeature::developerTools:
             return {"developerTools", "更多工具", developerToolsCommands};
     }
-    return {};
+    std::unreachable();
 }
 
 }  // namespace

@@ -315,6 +315,12 @@ std::unexpected<Error> noPermission(const std::string& path) {
     return failure("No permission for " + path + ".");
 }
 
+std::string textWithData(const Data& data) {
+    std::string text(data.size(), '\0');
+    std::ranges::copy(data, std::as_writable_bytes(std::span(text)).begin());
+    return text;
+}
+
 /// Creates the directories of `path` that are missing, as long as nothing is in the way.
 Result<void> createDirectories(const std::string& path) {
     std::vector<std::string> missing;
@@ -391,9 +397,7 @@ Result<void> writeDataAtomically(const Data& data, const FileURL& url) {
         (standing != nullptr && std::holds_alternative<Directory>(standing->content))) {
         return noPermission(url.path());
     }
-    std::string contents(data.size(), '\0');
-    std::ranges::copy(data, std::as_writable_bytes(std::span(contents)).begin());
-    state().entries[path] = {.content = File{.contents = std::move(contents)}};
+    state().entries[path] = {.content = File{.contents = textWithData(data)}};
     state().record(Event::Kind::fileWritten, url.path());
     return {};
 }
@@ -662,10 +666,9 @@ Result<PropertyList> propertyListWithData(const Data& data) {
     if (std::optional<Error> error = state().failureOf(Operation::parsePropertyList)) {
         return std::unexpected(*error);
     }
-    for (const auto& [contents, value] : state().propertyListsByContents) {
-        if (dataWithText(contents) == data) {
-            return value;
-        }
+    const auto found = state().propertyListsByContents.find(textWithData(data));
+    if (found != state().propertyListsByContents.end()) {
+        return found->second;
     }
     return failure("The data is not a property list.");
 }

@@ -44,6 +44,12 @@ TEST(FileURLTest, FileAndDirectoryOfOnePathAreDifferentURLs) {
     EXPECT_EQ(urls.size(), 2U);
 }
 
+TEST(FileURLTest, URLsAreOrderedByPathFirst) {
+    EXPECT_LT(FileURL::directory("/a"), FileURL::file("/b"));
+    EXPECT_LT(FileURL::file("/a"), FileURL::directory("/a"));
+    EXPECT_FALSE(FileURL::file("/a") < FileURL::file("/a"));
+}
+
 TEST(FileURLTest, AppendedComponentsAreJoinedWithOneSlash) {
     EXPECT_EQ(FileURL::directory("/Users/ada").appendingFile("a.txt"),
               FileURL::file("/Users/ada/a.txt"));

@@ -7,6 +7,8 @@
 namespace quorva {
 namespace {
 
+using Action = FinderFeatureAction;
+
 TEST(FinderSelectionTest, NoSelectionIsEmpty) {
     EXPECT_TRUE(FinderSelection().empty());
     EXPECT_TRUE(FinderSelection().urls().empty());
@@ -41,20 +43,36 @@ TEST(FinderActionContextTest, ContextHoldsWhatItWasMadeFrom) {
     EXPECT_EQ(context.presetID(), "preset");
 }
 
-TEST(FinderActionContextTest, ContextsThatDifferInOneFieldAreDifferent) {
-    const auto context = [](const char* id, const char* itemTitle, FinderFeatureAction action,
-                            const char* destinationPath, const char* presetID) {
-        return FinderActionContext(id, itemTitle, action, {}, std::nullopt, destinationPath,
-                                   presetID);
-    };
-    const auto action = FinderFeatureAction::openFolder();
-    const FinderActionContext reference = context("i", "t", action, "d", "p");
-    EXPECT_EQ(reference, context("i", "t", action, "d", "p"));
-    EXPECT_FALSE(reference == context("x", "t", action, "d", "p"));
-    EXPECT_FALSE(reference == context("i", "x", action, "d", "p"));
-    EXPECT_FALSE(reference == context("i", "t", FinderFeatureAction::createFolder(), "d", "p"));
-    EXPECT_FALSE(reference == context("i", "t", action, "x", "p"));
-    EXPECT_FALSE(reference == context("i", "t", action, "d", "x"));
+TEST(FinderActionContextTest, ContextsAreComparedByEveryField) {
+    const auto action = Action::openFolder();
+    const std::vector<FileURL> selection = {FileURL::file("/a")};
+    const std::optional<FileURL> target = FileURL::directory("/t");
+    expectEveryFieldCounts<FinderActionContext>(
+        {"i", "t", action, selection, target, "d", "p"},
+        {{"x", "t", action, selection, target, "d", "p"},
+         {"i", "x", action, selection, target, "d", "p"},
+         {"i", "t", Action::createFolder(), selection, target, "d", "p"},
+         {"i", "t", action, {}, target, "d", "p"},
+         {"i", "t", action, selection, std::nullopt, "d", "p"},
+         {"i", "t", action, selection, target, "x", "p"},
+         {"i", "t", action, selection, target, "d", "x"}});
+}
+
+TEST(MenuTest, ItemsAreComparedByEveryField) {
+    const MenuItem reference = {
+        .title = "t", .action = {}, .identifier = "i", .representedObject = {}, .submenu = Menu{}};
+    std::vector<MenuItem> others(8, reference);
+    others.at(0).title = "x";
+    others.at(1).action = MenuItem::Action::performFeatureChild;
+    others.at(2).enabled = false;
+    others.at(3).identifier.reset();
+    others.at(4).tag = 1;
+    others.at(5).representedObject = ForeignObject{};
+    others.at(6).submenu.reset();
+    others.at(7).isSeparator = true;
+    expectEveryFieldCounts(reference, {others.at(0), others.at(1), others.at(2), others.at(3),
+                                       others.at(4), others.at(5), others.at(6), others.at(7)});
+    EXPECT_EQ(others.at(5), others.at(5));
 }
 
 TEST(MenuTest, SeparatorHasNoTitleAndNoAction) {

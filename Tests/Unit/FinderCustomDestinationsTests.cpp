@@ -64,6 +64,11 @@ TEST_F(FinderCustomDestinationsTest, RawValuesAreTheKeysOfTheFile) {
     EXPECT_EQ(rawValue(Kind::openApplication), "openApplication");
 }
 
+TEST_F(FinderCustomDestinationsTest, DestinationsAreComparedByEveryField) {
+    expectEveryFieldCounts<Destination>({"i", "n", "p"},
+                                        {{"x", "n", "p"}, {"i", "x", "p"}, {"i", "n", "x"}});
+}
+
 TEST_F(FinderCustomDestinationsTest, CopyAndMoveDefaultToDesktopDownloadsAndDocuments) {
     EXPECT_EQ(destinations(Kind::copy), fileDefaults);
     EXPECT_EQ(destinations(Kind::move), fileDefaults);

@@ -21,6 +21,15 @@ class FinderCustomShortcutActionsTest : public UnitTest {
     static std::vector<Action> actions() { return FinderCustomShortcutActionSettings::actions(); }
 };
 
+TEST_F(FinderCustomShortcutActionsTest, ActionsAreComparedByEveryField) {
+    using enum Action::Kind;
+    expectEveryFieldCounts<Action>({"i", "n", script, "s", "p"}, {{"x", "n", script, "s", "p"},
+                                                                  {"i", "x", script, "s", "p"},
+                                                                  {"i", "n", shortcut, "s", "p"},
+                                                                  {"i", "n", script, "x", "p"},
+                                                                  {"i", "n", script, "s", "x"}});
+}
+
 TEST_F(FinderCustomShortcutActionsTest, NoFileGivesNoActions) {
     EXPECT_THAT(actions(), IsEmpty());
 }

@@ -567,6 +567,17 @@ class FinderMenuSettingsTest : public UnitTest {
     };
 };
 
+TEST_F(FinderMenuSettingsTest, SettingsAreComparedByEveryField) {
+    std::vector<FinderMenuSettings> others(5, settings_);
+    others.at(0).features.clear();
+    others.at(1).enabledChildIDs.clear();
+    others.at(2).childOrderByFeatureID["pdfTools"] = {};
+    others.at(3).groupsFeaturesUnderQuorva = true;
+    others.at(4).menuLayout = FinderMenuLayout::expanded;
+    expectEveryFieldCounts(settings_,
+                           {others.at(0), others.at(1), others.at(2), others.at(3), others.at(4)});
+}
+
 TEST_F(FinderMenuSettingsTest, ChildrenAreTheEnabledOnesInTheUsersOrder) {
     settings_.childOrderByFeatureID["archiveTools"] = {"extractZIPToFolder", "extractZIPHere",
                                                        "compressToZIP"};

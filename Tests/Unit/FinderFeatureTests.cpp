@@ -270,6 +270,13 @@ TEST_F(FinderFeatureTest, ActionIDsAreUniqueAcrossTheCatalogue) {
     EXPECT_EQ(ids.size(), 73U);
 }
 
+TEST_F(FinderFeatureTest, ChildrenAreComparedByEveryField) {
+    const auto action = FinderFeatureAction::createFolder();
+    expectEveryFieldCounts<FinderFeatureChild>(
+        {"t", "i", action},
+        {{"x", "i", action}, {"t", "x", action}, {"t", "i", FinderFeatureAction::openFolder()}});
+}
+
 TEST_F(FinderFeatureTest, OnlyToggleHiddenFilesIsAlwaysEnabled) {
     for (const FinderFeature feature : allFinderFeatures) {
         for (const FinderFeatureChild& child : children(feature)) {

@@ -474,6 +474,12 @@ TEST_F(FinderMenuActionHandlerTest, ApplicationThreeLevelsAboveTheBundleIsOpened
               (OpenConfiguration{.activates = false, .addsToRecentItems = false}));
 }
 
+TEST_F(FinderMenuActionHandlerTest, OpenConfigurationsAreComparedByEveryField) {
+    expectEveryFieldCounts<OpenConfiguration>({.activates = false, .addsToRecentItems = false},
+                                              {{.activates = true, .addsToRecentItems = false},
+                                               {.activates = false, .addsToRecentItems = true}});
+}
+
 TEST_F(FinderMenuActionHandlerTest, SuccessfulLaunchLogsNothing) {
     click(titled("合并 PDF"));
     platform().consoleLines.clear();

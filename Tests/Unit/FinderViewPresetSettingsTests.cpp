@@ -38,6 +38,12 @@ class FinderViewPresetSettingsTest : public UnitTest {
     };
 };
 
+TEST_F(FinderViewPresetSettingsTest, PresetsAreComparedByEveryField) {
+    expectEveryFieldCounts<Preset>(
+        {"i", "n", "v", "s"},
+        {{"x", "n", "v", "s"}, {"i", "x", "v", "s"}, {"i", "n", "x", "s"}, {"i", "n", "v", "x"}});
+}
+
 TEST_F(FinderViewPresetSettingsTest, NoFileGivesTheThreeDefaults) {
     EXPECT_EQ(presets(), defaults);
 }

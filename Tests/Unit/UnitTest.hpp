@@ -123,6 +123,15 @@ inline std::vector<std::string> titles(const std::vector<MenuItem>& items) {
     return result;
 }
 
+/// Whether `value` equals itself and none of `others`, each of which differs from it in one field.
+template <typename Value>
+void expectEveryFieldCounts(const Value& value, std::initializer_list<Value> others) {
+    EXPECT_TRUE(value == Value(value));
+    for (const Value& other : others) {
+        EXPECT_FALSE(value == other) << "field " << &other - others.begin();
+    }
+}
+
 // Readable failures.
 
 inline void PrintTo(const FileURL& url, std::ostream* stream) {
