@@ -77,7 +77,8 @@ std::string path(const json& value, const char* key) {
 }
 
 std::vector<std::string> paths(const json& value, const char* key) {
-    if (!value.is_array()) {
+    if (!value.is_array() ||
+        !std::ranges::all_of(value, [](const json& element) { return element.is_string(); })) {
         throw RequestError(std::string("\"") + key + "\" must be an array of strings");
     }
     std::vector<std::string> result;
@@ -481,6 +482,10 @@ constexpr auto requests = std::to_array<Request>({
 });
 
 void carryOut(std::string_view line, std::string& id, AnswerWriter& answer) {
+    // To the library a NUL is the end of the text.
+    if (line.find('\0') != std::string_view::npos) {
+        throw RequestError("the line is no JSON");
+    }
     if (!isWithinJSONDepthLimit(line)) {
         throw RequestError("the line is nested too deeply");
     }

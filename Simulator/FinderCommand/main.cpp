@@ -53,13 +53,13 @@ void addOptions(CLI::App& command, Options& options) {
                     "Where the menu is opened: items, container, sidebar or toolbar. Without it "
                     "items when something is selected, else container")
         ->type_name("KIND")
-        ->check(CLI::IsMember({"items", "container", "sidebar", "toolbar"}));
+        ->check(CLI::IsMember({"items", "container", "sidebar", "toolbar"}).description(""));
     command
         .add_option("--home", options.home,
                     "The home folder of the extension, its container on a Mac. The demonstration "
                     "works on a copy of it")
         ->type_name("DIR")
-        ->check(CLI::ExistingDirectory);
+        ->check(CLI::Validator(CLI::ExistingDirectory).description(""));
     command
         .add_option("--account-home", options.accountHome,
                     "The home folder that the user's account has, where it is not the extension's")
@@ -74,7 +74,7 @@ void addOptions(CLI::App& command, Options& options) {
                     "item of the menu; finder is an item rebuilt of its title, enabled state, tag, "
                     "state and indentation, as Finder does it")
         ->type_name("HOW")
-        ->check(CLI::IsMember({"intact", "finder"}));
+        ->check(CLI::IsMember({"intact", "finder"}).description(""));
     command.add_flag("--launch", options.launches,
                      "Really start the containing application when the extension asks for it. It "
                      "goes on running");
@@ -172,7 +172,14 @@ int main(int argumentCount, char** arguments) {
     for (CLI::App* const command : {menu, click, directories, demo}) {
         addOptions(*command, options);
     }
-    CLI11_PARSE(app, argumentCount, arguments);
+    try {
+        app.parse(argumentCount, arguments);
+    } catch (const CLI::Success& help) {
+        return app.exit(help);
+    } catch (const CLI::ParseError& error) {
+        std::fprintf(stderr, "finder-sim: %s (--help says more)\n", error.what());
+        return 1;
+    }
 
     try {
         prepareEnvironment(options);
