@@ -1,0 +1,246 @@
+"""scripts/embed, with programs in place of the Mac's that record how they were called."""
+
+import json
+import os
+import plistlib
+import shutil
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+ENTITLEMENTS = ROOT / "Bundle" / "QuorvaFinderExtension.entitlements"
+
+# Every stand-in appends its name and arguments to the log. codesign keeps what a bundle was signed
+# with in the bundle, and fails for what FAIL names.
+STAND_IN = """#!/usr/bin/env python3
+import json, os, pathlib, plistlib, sys
+name, arguments = pathlib.Path(sys.argv[0]).name, sys.argv[1:]
+with open(os.environ["LOG"], "a") as log:
+    log.write(json.dumps([name, *arguments]) + "\\n")
+if os.environ.get("FAIL") == " ".join([name, arguments[0], pathlib.Path(arguments[-1]).name]):
+    sys.exit("refused")
+if name == "plutil":
+    print(plistlib.loads(pathlib.Path(arguments[-1]).read_bytes())["CFBundleIdentifier"])
+if name == "codesign":
+    signature = pathlib.Path(arguments[-1]) / "signature"
+    if "--sign" in arguments and "--entitlements" in arguments:
+        signature.write_bytes(
+            pathlib.Path(arguments[arguments.index("--entitlements") + 1]).read_bytes()
+        )
+    if arguments[0] == "--display":
+        sys.stdout.write(signature.read_text())
+if name == "cmake" and arguments[0] == "--install":
+    executable = pathlib.Path(arguments[-1], os.environ["EXECUTABLE"])
+    executable.parent.mkdir(parents=True, exist_ok=True)
+    executable.write_text("built")
+    executable.chmod(0o755)
+"""
+EXECUTABLE = "QuorvaFinderExtension.appex/Contents/MacOS/QuorvaFinderExtension"
+
+
+class EmbedTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="a folder with spaces ")
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.log = self.folder / "log"
+        self.log.touch()
+        self.programs = self.folder / "bin"
+        self.programs.mkdir()
+        for name in ("codesign", "pluginkit", "plutil", "cmake"):
+            program = self.programs / name
+            program.write_text(STAND_IN)
+            program.chmod(0o755)
+        self.app = self.folder / "Quorva.app"
+        (self.app / "Contents").mkdir(parents=True)
+        self.write_information("app.ferrolin.Quorva")
+        self.extension = self.folder / "built" / "QuorvaFinderExtension.appex"
+        executable = self.extension.parent / EXECUTABLE
+        executable.parent.mkdir(parents=True)
+        executable.write_text("new")
+        executable.chmod(0o755)
+        self.embedded = self.app / "Contents" / "PlugIns" / "QuorvaFinderExtension.appex"
+
+    def write_information(self, identifier):
+        (self.app / "Contents" / "Info.plist").write_bytes(
+            plistlib.dumps({"CFBundleIdentifier": identifier})
+        )
+
+    def embed(self, *arguments, script=ROOT / "scripts" / "embed", **environment):
+        path = f"{self.programs}:{os.environ['PATH']}"
+        return subprocess.run(
+            [str(script), *map(str, arguments)],
+            env={**os.environ, "LOG": str(self.log), "EXECUTABLE": EXECUTABLE, "PATH": path}
+            | environment,
+            capture_output=True,
+            text=True,
+            check=False,
+        )
+
+    def calls(self, name="codesign"):
+        calls = [json.loads(line) for line in self.log.read_text().splitlines()]
+        return [call[1:] for call in calls if call[0] == name]
+
+    def signings(self):
+        return [call for call in self.calls() if "--sign" in call]
+
+    def assert_fails(self, result, message):
+        self.assertNotEqual(result.returncode, 0)
+        self.assertEqual(result.stderr.splitlines()[-1:], [f"embed: {message}"])
+
+    def test_the_extension_is_copied_to_the_plug_ins(self):
+        result = self.embed("--extension", self.extension, self.app)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(
+            (self.embedded / "Contents/MacOS/QuorvaFinderExtension").read_text(), "new"
+        )
+        self.assertEqual(os.listdir(self.embedded.parent), ["QuorvaFinderExtension.appex"])
+
+    def test_an_extension_that_is_there_is_replaced_whole(self):
+        self.embedded.mkdir(parents=True)
+        (self.embedded / "old").touch()
+        self.embed("--extension", self.extension, self.app)
+        self.assertFalse((self.embedded / "old").exists())
+
+    def test_the_extension_is_signed_before_the_application(self):
+        self.embed("--extension", self.extension, self.app)
+        self.assertEqual(
+            [call[-1] for call in self.signings()], [str(self.embedded), str(self.app)]
+        )
+
+    def test_nothing_is_signed_deeply(self):
+        self.embed("--extension", self.extension, self.app)
+        self.assertTrue(all("--deep" not in call for call in self.calls()))
+
+    def test_the_extension_is_signed_with_its_entitlements(self):
+        self.embed("--extension", self.extension, self.app)
+        call = self.signings()[0]
+        self.assertEqual(call[call.index("--entitlements") + 1], str(ENTITLEMENTS))
+
+    def test_the_application_keeps_its_entitlements(self):
+        self.embed("--extension", self.extension, self.app)
+        call = self.signings()[1]
+        self.assertIn("--preserve-metadata=entitlements,flags,runtime", call)
+        self.assertNotIn("--entitlements", call)
+
+    def test_the_application_gets_the_entitlements_that_are_given(self):
+        entitlements = self.folder / "app.entitlements"
+        entitlements.write_text("given")
+        self.embed("--extension", self.extension, "--app-entitlements", entitlements, self.app)
+        call = self.signings()[1]
+        self.assertEqual(call[call.index("--entitlements") + 1], str(entitlements))
+
+    def test_the_default_identity_signs_ad_hoc(self):
+        self.embed("--extension", self.extension, self.app)
+        for call in self.signings():
+            self.assertEqual(call[call.index("--sign") + 1], "-")
+            self.assertNotIn("--timestamp", call)
+
+    def test_an_identity_that_is_given_signs_both_with_a_timestamp(self):
+        self.embed("--extension", self.extension, "--identity", "Developer ID: A", self.app)
+        for call in self.signings():
+            self.assertEqual(call[call.index("--sign") + 1], "Developer ID: A")
+            self.assertIn("--timestamp", call)
+
+    def test_both_signatures_are_verified_after_both_are_made(self):
+        self.embed("--extension", self.extension, self.app)
+        calls = self.calls()
+        last_signing = max(calls.index(call) for call in self.signings())
+        for bundle in (self.embedded, self.app):
+            verification = ["--verify", "--strict", str(bundle)]
+            self.assertGreater(calls.index(verification), last_signing)
+
+    def test_a_signature_that_does_not_verify_fails(self):
+        for name, bundle in (
+            ("QuorvaFinderExtension.appex", self.embedded),
+            ("Quorva.app", self.app),
+        ):
+            with self.subTest(name):
+                result = self.embed(
+                    "--extension", self.extension, self.app, FAIL=f"codesign --verify {name}"
+                )
+                self.assert_fails(result, f"the signature of {bundle} does not verify")
+
+    def test_an_extension_without_the_sandbox_entitlement_fails(self):
+        # A copy of the script, beside other entitlements.
+        root = self.folder / "project"
+        (root / "scripts").mkdir(parents=True)
+        (root / "Bundle").mkdir()
+        shutil.copy(ROOT / "scripts" / "embed", root / "scripts")
+        (root / "Bundle" / ENTITLEMENTS.name).write_bytes(
+            plistlib.dumps({"com.apple.security.app-sandbox": False})
+        )
+        result = self.embed(
+            "--extension", self.extension, self.app, script=root / "scripts" / "embed"
+        )
+        self.assert_fails(
+            result, "the embedded extension is not sandboxed: the system would refuse it"
+        )
+
+    def test_the_lines_that_enable_the_extension_are_printed_and_not_run(self):
+        result = self.embed("--extension", self.extension, self.app)
+        self.assertIn(f"pluginkit -a '{self.embedded}'\n", result.stdout)
+        self.assertIn("pluginkit -e use -i app.ferrolin.Quorva.FinderExtension\n", result.stdout)
+        self.assertIn("pluginkit -m -A -D -v -p com.apple.FinderSync\n", result.stdout)
+        self.assertEqual(self.calls("pluginkit"), [])
+
+    def test_without_an_extension_the_universal_one_is_built_and_embedded(self):
+        root = self.folder / "project"
+        (root / "scripts").mkdir(parents=True)
+        shutil.copytree(ROOT / "Bundle", root / "Bundle")
+        shutil.copy(ROOT / "scripts" / "embed", root / "scripts")
+        result = self.embed(self.app, script=root / "scripts" / "embed")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(
+            self.calls("cmake"),
+            [
+                ["--preset", "macos-universal"],
+                ["--build", "--preset", "macos-universal"],
+                ["--install", "build/macos-universal", "--prefix", "build/macos-universal/product"],
+            ],
+        )
+        self.assertEqual(
+            (self.embedded / "Contents/MacOS/QuorvaFinderExtension").read_text(), "built"
+        )
+
+    def test_an_application_of_another_identifier_is_refused_and_left_alone(self):
+        self.write_information("com.example.Other")
+        result = self.embed("--extension", self.extension, self.app)
+        self.assert_fails(
+            result,
+            f"{self.app} is com.example.Other, and the extension belongs to app.ferrolin.Quorva",
+        )
+        self.assertFalse(self.embedded.exists())
+
+    def test_what_is_no_application_is_refused(self):
+        result = self.embed("--extension", self.extension, self.folder)
+        self.assert_fails(result, f"{self.folder} is no application: it has no Contents/Info.plist")
+
+    def test_what_is_no_extension_is_refused(self):
+        result = self.embed("--extension", self.folder, self.app)
+        self.assert_fails(
+            result,
+            f"{self.folder} is not the extension: "
+            "it has no Contents/MacOS/QuorvaFinderExtension",
+        )
+
+    def test_an_unknown_option_is_refused(self):
+        self.assert_fails(
+            self.embed("--deep", self.app), "unknown option --deep; --help lists the options"
+        )
+
+    def test_an_option_without_its_value_is_refused(self):
+        self.assert_fails(self.embed(self.app, "--identity"), "--identity needs a value")
+
+    def test_without_the_tools_of_a_mac_it_says_so(self):
+        (self.programs / "codesign").unlink()
+        self.assert_fails(
+            self.embed("--extension", self.extension, self.app),
+            "codesign is missing: this needs a Mac",
+        )
+
+
+if __name__ == "__main__":
+    unittest.main()
