@@ -1,5 +1,7 @@
 #import "Cocoa/MenuRendering.h"
 
+#import <objc/runtime.h>
+
 #import "Cocoa/FinderActionContext.h"
 #import "Cocoa/PropertyListConversion.h"
 #import "Cocoa/StringConversion.h"
@@ -77,9 +79,9 @@ NSMenu* quorva::renderedMenu(const Menu& menu, id target) {
 quorva::MenuItem quorva::menuItem(NSMenuItem* item) {
     MenuItem result;
     result.title = utf8String(item.title);
-    result.action = item.action == @selector(performFeatureChild:)
-                        ? MenuItem::Action::performFeatureChild
-                        : MenuItem::Action::none;
+    const bool isActionable =
+        item.action != nullptr && sel_isEqual(item.action, @selector(performFeatureChild:));
+    result.action = isActionable ? MenuItem::Action::performFeatureChild : MenuItem::Action::none;
     result.enabled = [item isEnabled];
     if (NSString* identifier = item.identifier) {
         result.identifier = utf8String(identifier);

@@ -1,6 +1,7 @@
 #import "Cocoa/MenuRendering.h"
 
 #include <gtest/gtest.h>
+#import <objc/runtime.h>
 
 #import "Cocoa/FinderActionContext.h"
 #import "Cocoa/StringConversion.h"
@@ -39,7 +40,7 @@ TEST(MenuRendering, GivesAnActionableItemTargetActionAndNoKeyEquivalent) {
     NSMenuItem* item = renderedItem(actionItem("复制 \U0001F600"), target);
     EXPECT_EQ(quorva::utf8String(item.title), "复制 \U0001F600");
     EXPECT_EQ(item.target, target);
-    EXPECT_TRUE(item.action == @selector(performFeatureChild:));
+    EXPECT_TRUE(sel_isEqual(item.action, @selector(performFeatureChild:)));
     EXPECT_EQ(item.keyEquivalent.length, 0u);
     EXPECT_EQ(item.identifier, nil);
     EXPECT_EQ(item.tag, 0);
