@@ -269,6 +269,10 @@ std::expected<NSMenuItem*, std::string> clickableItem(const std::vector<std::siz
 std::expected<void, std::string> simulator::startExtension() {
     std::expected<void, std::string> result;
     enter("starting", [&] {
+        // Without a window manager to ask, GNUstep complains of every style of window.
+        [[NSUserDefaults standardUserDefaults] registerDefaults:@{
+            @"GSX11HandlesWindowDecorations" : @(NO)
+        }];
         [NSApplication sharedApplication];
         NSDictionary* const description =
             [[NSBundle mainBundle].infoDictionary objectForKey:@"NSExtension"];
