@@ -12,8 +12,8 @@
 namespace quorva {
 
 /// `object` as a property list. Fails when it, or anything in it, is of a class that no property
-/// list holds, when a dictionary in it has a key that is no string, and when it goes beyond
-/// `propertyListDepthLimit` or `propertyListValueLimit`.
+/// list holds, when a dictionary in it has a key that is no string, and when it goes beyond a
+/// limit of `Platform/PropertyListSerialization.hpp`.
 ///
 /// A number that is of the class of booleans is a boolean; one with a floating-point type, or one
 /// that is no `std::int64_t`, is a real; every other is an integer.

@@ -19,8 +19,8 @@ class PropertyListConverter {
         if (depth > propertyListDepthLimit) {
             return std::unexpected(Error{"The property list is nested too deeply."});
         }
-        if ([object isKindOfClass:[NSString class]]) {
-            return PropertyList(utf8String(object));
+        if ([object isKindOfClass:[NSString class]] || [object isKindOfClass:[NSData class]]) {
+            return leaf(object);
         }
         if ([object isKindOfClass:[NSDictionary class]]) {
             return dictionary(object, depth);
@@ -34,24 +34,33 @@ class PropertyListConverter {
         if ([object isKindOfClass:[NSDate class]]) {
             return PropertyList(PropertyList::Date{[object timeIntervalSince1970]});
         }
-        if ([object isKindOfClass:[NSData class]]) {
-            return PropertyList(bytes(object));
-        }
         return std::unexpected(Error{"The property list holds an object of an unknown type."});
     }
 
    private:
+    /// A text or data, which share one limit.
+    Result<PropertyList> leaf(id object) {
+        byteCount_ += [object length];
+        if (byteCount_ > propertyListByteLimit) {
+            return std::unexpected(Error{"The property list holds too much text or data."});
+        }
+        return [object isKindOfClass:[NSString class]] ? PropertyList(utf8String(object))
+                                                       : PropertyList(bytes(object));
+    }
+
     Result<PropertyList> dictionary(NSDictionary* dictionary, std::size_t depth) {
         PropertyList::Dictionary entries;
         for (id key in dictionary) {
             if (![key isKindOfClass:[NSString class]]) {
                 return std::unexpected(Error{"The property list has a key that is no string."});
             }
-            Result<PropertyList> value = propertyList([dictionary objectForKey:key], depth + 1);
+            Result<PropertyList> name = leaf(key);
+            Result<PropertyList> value =
+                name ? propertyList([dictionary objectForKey:key], depth + 1) : name;
             if (!value) {
                 return value;
             }
-            entries.insert_or_assign(utf8String(key), std::move(*value));
+            entries.insert_or_assign(*name->string(), std::move(*value));
         }
         return PropertyList(std::move(entries));
     }
@@ -82,6 +91,7 @@ class PropertyListConverter {
     }
 
     std::size_t valueCount_ = 0;
+    std::size_t byteCount_ = 0;
 };
 
 }  // namespace

@@ -17,6 +17,9 @@ inline constexpr std::size_t propertyListDepthLimit = 512;
 /// hundred bytes of shared references from unfolding into more values than there is memory for.
 inline constexpr std::size_t propertyListValueLimit = 4'000'000;
 
+/// How many bytes the texts and data of a property list may hold in all, counted like the values.
+inline constexpr std::size_t propertyListByteLimit = 256'000'000;
+
 /// Parses `data` as a property list in any encoding that the platform reads.
 ///
 /// Fails when the bytes are no property list, when they hold something that no property list may,

@@ -41,55 +41,104 @@ class ObjectTable {
     [[nodiscard]] std::size_t objectCount() const { return objectCount_; }
     [[nodiscard]] std::size_t root() const { return root_; }
 
-    /// Where the references of a container lie, how many they are, and how many of them, at the
-    /// beginning, are keys. An object that is no container has none. Absent when the object does
-    /// not lie within the file.
-    struct References {
+    /// What the walk needs to know of an object.
+    struct Object {
+        /// The upper half of the marker.
+        unsigned kind;
+        /// Where the bytes of a text or data, or the references of a container, begin.
         std::size_t position;
-        std::size_t count;
+        /// How many bytes a text or data has; none for the others, whose size is small.
+        std::size_t byteCount;
+        /// How many references a container has, and how many of them, at the beginning, are keys.
+        std::size_t referenceCount;
         std::size_t keyCount;
     };
-    [[nodiscard]] std::optional<References> references(std::size_t object) const {
-        const auto offset = number(offsets_ + object * offsetSize_, offsetSize_);
+
+    /// Absent when the object does not lie within the file.
+    [[nodiscard]] std::optional<Object> object(std::size_t index) const {
+        const auto offset = number(offsets_ + index * offsetSize_, offsetSize_);
         if (!offset || *offset >= bytes_.size()) {
             return std::nullopt;
         }
         const unsigned marker = static_cast<unsigned char>(bytes_[*offset]);
-        const bool isDictionary = marker >> 4 == 0xD;
-        if (!isDictionary && marker >> 4 != 0xA && marker >> 4 != 0xC) {
-            return References{0, 0, 0};
+        Object object{marker >> 4, *offset + 1, 0, 0, 0};
+        const std::size_t unitSize = sizeOfUnit(object.kind);
+        if (unitSize == 0) {
+            return object;
         }
-        std::size_t position = *offset + 1;
         std::size_t count = marker & 0xF;
         if (count == 0xF) {
-            const auto sizeMarker = number(position, 1);
+            const auto sizeMarker = number(object.position, 1);
             if (!sizeMarker || *sizeMarker >> 4 != 1 || (*sizeMarker & 0xF) > 3) {
                 return std::nullopt;
             }
             const std::size_t size = std::size_t{1} << (*sizeMarker & 0xF);
-            const auto largeCount = number(position + 1, size);
+            const auto largeCount = number(object.position + 1, size);
             if (!largeCount) {
                 return std::nullopt;
             }
-            position += 1 + size;
+            object.position += 1 + size;
             count = *largeCount;
         }
-        const std::size_t perEntry = isDictionary ? 2 : 1;
-        if (count >
-            (bytes_.size() - std::min(position, bytes_.size())) / (perEntry * referenceSize_)) {
+        if (count > (bytes_.size() - std::min(object.position, bytes_.size())) / unitSize) {
             return std::nullopt;
         }
-        return References{position, count * perEntry, isDictionary ? count : 0};
+        if (object.kind >= array) {
+            object.referenceCount = count * unitSize / referenceSize_;
+            object.keyCount = object.kind == dictionary ? count : 0;
+        } else {
+            object.byteCount = count * unitSize;
+        }
+        return object;
     }
 
-    [[nodiscard]] std::optional<std::size_t> reference(const References& references,
+    [[nodiscard]] std::optional<std::size_t> reference(const Object& object,
                                                        std::size_t index) const {
-        const auto object = number(references.position + index * referenceSize_, referenceSize_);
-        return object && *object < objectCount_ ? object : std::nullopt;
+        const auto target = number(object.position + index * referenceSize_, referenceSize_);
+        return target && *target < objectCount_ ? target : std::nullopt;
+    }
+
+    /// Whether `object` is a text without a NUL; libplist ends the process for any other key.
+    [[nodiscard]] bool isKey(const Object& object) const {
+        const std::string_view text = bytes_.substr(object.position, object.byteCount);
+        if (object.kind == asciiText) {
+            return !text.contains('\0');
+        }
+        for (std::size_t unit = 0; unit < text.size(); unit += 2) {
+            if (text[unit] == '\0' && text[unit + 1] == '\0') {
+                return false;
+            }
+        }
+        return object.kind == utf16Text;
     }
 
  private:
+    static constexpr unsigned data = 0x4;
+    static constexpr unsigned asciiText = 0x5;
+    static constexpr unsigned utf16Text = 0x6;
+    static constexpr unsigned array = 0xA;
+    static constexpr unsigned set = 0xC;
+    static constexpr unsigned dictionary = 0xD;
+
     explicit ObjectTable(std::string_view bytes) : bytes_(bytes) {}
+
+    /// How many bytes each of the counted units of such an object takes; 0 when it has none.
+    [[nodiscard]] std::size_t sizeOfUnit(unsigned kind) const {
+        switch (kind) {
+            case data:
+            case asciiText:
+                return 1;
+            case utf16Text:
+                return 2;
+            case array:
+            case set:
+                return referenceSize_;
+            case dictionary:
+                return 2 * referenceSize_;
+            default:
+                return 0;
+        }
+    }
 
     /// The big-endian number of `size` bytes at `position`.
     [[nodiscard]] std::optional<std::size_t> number(std::size_t position, std::size_t size) const {
@@ -116,15 +165,9 @@ struct Measure {
     enum class State : std::uint8_t { unseen, entered, measured };
 
     std::uint32_t values = 1;
+    std::uint32_t bytes = 0;
     std::uint16_t depth = 1;
     State state = State::unseen;
-};
-
-/// An object whose references are being followed.
-struct Entered {
-    std::size_t object;
-    ObjectTable::References references;
-    std::size_t next;
 };
 
 class Walk {
@@ -136,7 +179,7 @@ class Walk {
             return false;
         }
         while (!path_.empty()) {
-            if (!(path_.back().next < path_.back().references.count ? follow() : leave())) {
+            if (!(path_.back().next < path_.back().object.referenceCount ? follow() : leave())) {
                 return false;
             }
         }
@@ -144,18 +187,30 @@ class Walk {
     }
 
  private:
-    bool enter(std::size_t object) {
-        const auto references = table_.references(object);
-        measures_[object].state = Measure::State::entered;
-        path_.push_back({object, references.value_or(ObjectTable::References{}), 0});
-        return references && path_.size() <= quorva::propertyListDepthLimit;
+    /// An object whose references are being followed.
+    struct Entered {
+        std::size_t index;
+        ObjectTable::Object object;
+        std::size_t next;
+    };
+
+    bool enter(std::size_t index) {
+        const auto object = table_.object(index);
+        if (!object || object->byteCount > quorva::propertyListByteLimit ||
+            path_.size() == quorva::propertyListDepthLimit) {
+            return false;
+        }
+        measures_[index].state = Measure::State::entered;
+        measures_[index].bytes = static_cast<std::uint32_t>(object->byteCount);
+        path_.push_back({index, *object, 0});
+        return true;
     }
 
     /// Follows the next reference of the last entered object. Every reference of a reachable object
     /// unfolds to a value or a key, so their number is bounded like the values.
     bool follow() {
         Entered& parent = path_.back();
-        const auto child = table_.reference(parent.references, parent.next);
+        const auto child = table_.reference(parent.object, parent.next);
         if (!child || ++followed_ > 2 * quorva::propertyListValueLimit) {
             return false;
         }
@@ -165,26 +220,31 @@ class Walk {
             case Measure::State::entered:
                 return false;
             case Measure::State::measured:
-                return add(parent, measures_[*child]);
+                return add(parent, *child);
         }
         return false;
     }
 
-    /// Passes the last reference of `parent` that was followed on to the next, adding its measure.
-    bool add(Entered& parent, const Measure& child) {
-        Measure& measure = measures_[parent.object];
-        measure.values += parent.next < parent.references.keyCount ? 0 : child.values;
-        measure.depth = std::max(measure.depth, static_cast<std::uint16_t>(child.depth + 1));
+    /// Adds the measure of `child`, which the next reference of `parent` leads to, and passes on.
+    bool add(Entered& parent, std::size_t child) {
+        const bool isKey = parent.next < parent.object.keyCount;
+        Measure& measure = measures_[parent.index];
+        measure.values += isKey ? 0 : measures_[child].values;
+        measure.bytes += measures_[child].bytes;
+        measure.depth =
+            std::max(measure.depth, static_cast<std::uint16_t>(measures_[child].depth + 1));
         ++parent.next;
         return measure.values <= quorva::propertyListValueLimit &&
-               measure.depth <= quorva::propertyListDepthLimit;
+               measure.bytes <= quorva::propertyListByteLimit &&
+               measure.depth <= quorva::propertyListDepthLimit &&
+               (!isKey || table_.isKey(*table_.object(child)));
     }
 
     bool leave() {
-        Measure& measure = measures_[path_.back().object];
-        measure.state = Measure::State::measured;
+        const std::size_t index = path_.back().index;
+        measures_[index].state = Measure::State::measured;
         path_.pop_back();
-        return path_.empty() || add(path_.back(), measure);
+        return path_.empty() || add(path_.back(), index);
     }
 
     const ObjectTable& table_;
@@ -225,7 +285,8 @@ bool isReadableBinaryPropertyList(std::string_view bytes) {
 
 bool isReadableXMLPropertyList(std::string_view bytes) {
     const std::size_t end = bytes.find_last_not_of(whitespace);
-    if (end == std::string_view::npos || !bytes.substr(0, end + 1).ends_with("</plist>")) {
+    if (end == std::string_view::npos || !bytes.substr(0, end + 1).ends_with("</plist>") ||
+        bytes.contains('\0')) {
         return false;
     }
     std::size_t depth = 0;

@@ -93,6 +93,13 @@ def main():
         "bad.emptyBomb": binary([array(*[i + 1] * 14) for i in range(12)] + [b"\xa0"]),
         "bad.keyBomb": binary([b"\xd1\x01\x01"] + [array(i + 1, i + 1) for i in range(1, 40)]
                               + [b"\x51a"]),
+        "bad.textBomb": binary([b"\xaf\x12" + struct.pack(">I", 100_000) + b"\x01" * 100_000,
+                                b"\x5f\x12" + struct.pack(">I", 1_000_000) + b"a" * 1_000_000]),
+        "bad.keyWithNUL": binary([b"\xd1\x01\x02", b"\x53a\x00b", b"\x51c"]),
+        "bad.wideKeyWithNUL": binary([b"\xd1\x01\x02", b"\x62\x00a\x00\x00", b"\x51c"]),
+        "bad.keyIsANumber": binary([b"\xd1\x01\x02", b"\x10\x01", b"\x51c"]),
+        "bad.keyIsAnArray": binary([b"\xd1\x01\x02", b"\xa0", b"\x51c"]),
+        "bad.XMLWithNUL": b'<plist version="1.0"><dict><key>a\0b</key><true/></dict></plist>',
         "bad.sharedReferences": binary([b"\xaf\x12" + struct.pack(">I", 60000) + b"\x01" * 60000]
                                        + [b"\xa1\x00"]),
         "bad.length": binary([b"\x5f\x13" + b"\xff" * 8]),
