@@ -235,9 +235,11 @@ class EmbedTest(unittest.TestCase):
         self.assert_fails(self.embed(self.app, "--identity"), "--identity needs a value")
 
     def test_without_the_tools_of_a_mac_it_says_so(self):
+        for tool in ("bash", "dirname"):
+            (self.programs / tool).symlink_to(shutil.which(tool))
         (self.programs / "codesign").unlink()
         self.assert_fails(
-            self.embed("--extension", self.extension, self.app),
+            self.embed("--extension", self.extension, self.app, PATH=str(self.programs)),
             "codesign is missing: this needs a Mac",
         )
 
