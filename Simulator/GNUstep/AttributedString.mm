@@ -1,7 +1,7 @@
 #import <AppKit/AppKit.h>
 
 /// macOS: gives each character a font that has it. GNUstep searches all fonts for each character of
-/// every menu made, which takes ten times as long as everything else together; nothing is drawn here.
+/// every menu made, which takes ten times as long as all else together; nothing is drawn here.
 @implementation NSMutableAttributedString (AppKitOfMacOS)
 
 - (void)fixFontAttributeInRange:(NSRange)range {
