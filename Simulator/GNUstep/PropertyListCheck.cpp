@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <utility>
 #include <vector>
 
 #include "Platform/PropertyListSerialization.hpp"
@@ -255,17 +255,42 @@ class Walk {
 
 constexpr std::string_view whitespace = " \t\r\n";
 
-/// `bytes` behind the first `end` in them; nothing when there is none.
-std::string_view behind(std::string_view bytes, std::string_view end) {
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+/// libplist moves all text behind a character reference, once for each: so many bytes in all.
+constexpr std::size_t numericReferenceWork = 1'000'000'000;
+
+/// How long the tag, comment or character data is that begins `bytes`.
+std::size_t markupLength(std::string_view bytes) {
+    const std::string_view end = bytes.starts_with("<!--")        ? "-->"
+                                 : bytes.starts_with("<![CDATA[") ? "]]>"
+                                                                  : ">";
     const std::size_t position = bytes.find(end);
-    return position == std::string_view::npos ? std::string_view()
-                                              : bytes.substr(position + end.size());
+    return position == std::string_view::npos ? bytes.size() : position + end.size();
+}
+
+/// Moves the ampersand that begins `bytes` to `readable`, with the name behind it written out.
+void appendReference(std::string& readable, std::string_view& bytes) {
+    static constexpr std::pair<std::string_view, std::string_view> characters[] = {
+        {"&amp;", "<![CDATA[&]]>"},
+        {"&lt;", "<![CDATA[<]]>"},
+        {"&gt;", ">"},
+        {"&quot;", "\""},
+        {"&apos;", "'"}};
+    for (const auto& [reference, text] : characters) {
+        if (bytes.starts_with(reference)) {
+            readable += text;
+            bytes.remove_prefix(reference.size());
+            return;
+        }
+    }
+    readable += '&';
+    bytes.remove_prefix(1);
 }
 
 }  // namespace
 
 PropertyListEncoding propertyListEncoding(std::string_view bytes) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (bytes.starts_with("bplist")) {
         return PropertyListEncoding::binary;
     }
@@ -283,31 +308,41 @@ bool isReadableBinaryPropertyList(std::string_view bytes) {
     return table && bytes.starts_with(binaryMagic) && Walk(*table).staysWithinLimits();
 }
 
-bool isReadableXMLPropertyList(std::string_view bytes) {
+std::optional<std::string> readableXMLPropertyList(std::string_view bytes) {
     const std::size_t end = bytes.find_last_not_of(whitespace);
     if (end == std::string_view::npos || !bytes.substr(0, end + 1).ends_with("</plist>") ||
         bytes.contains('\0')) {
-        return false;
+        return std::nullopt;
     }
+    if (bytes.starts_with(byteOrderMark)) {
+        bytes.remove_prefix(byteOrderMark.size());
+    }
+    std::string readable;
+    readable.reserve(bytes.size());
     std::size_t depth = 0;
-    while (!(bytes = bytes.substr(std::min(bytes.find('<'), bytes.size()))).empty()) {
-        if (bytes.starts_with("<!--")) {
-            bytes = behind(bytes, "-->");
-        } else if (bytes.starts_with("<![CDATA[")) {
-            bytes = behind(bytes, "]]>");
-        } else {
-            const std::string_view tag = bytes.substr(0, bytes.find('>'));
-            const bool isContainer = tag.starts_with("<dict") || tag.starts_with("<array");
-            if (isContainer && !tag.ends_with('/') && ++depth > quorva::propertyListDepthLimit) {
-                return false;
-            }
-            if ((tag.starts_with("</dict") || tag.starts_with("</array")) && depth > 0) {
-                --depth;
-            }
-            bytes = behind(bytes, ">");
+    std::size_t numericReferences = 0;
+    while (!bytes.empty()) {
+        const std::size_t position = std::min(bytes.find_first_of("<&"), bytes.size());
+        readable += bytes.substr(0, position);
+        bytes.remove_prefix(position);
+        if (bytes.starts_with('&')) {
+            numericReferences += bytes.starts_with("&#") ? 1 : 0;
+            appendReference(readable, bytes);
+            continue;
         }
+        const std::string_view markup = bytes.substr(0, markupLength(bytes));
+        const bool isContainer = markup.starts_with("<dict") || markup.starts_with("<array");
+        if (isContainer && !markup.ends_with("/>") && ++depth > quorva::propertyListDepthLimit) {
+            return std::nullopt;
+        }
+        if ((markup.starts_with("</dict") || markup.starts_with("</array")) && depth > 0) {
+            --depth;
+        }
+        readable += markup;
+        bytes.remove_prefix(markup.size());
     }
-    return true;
+    const bool isQuick = numericReferences <= numericReferenceWork / readable.size();
+    return isQuick ? std::optional(std::move(readable)) : std::nullopt;
 }
 
 bool isReadableTextPropertyList(std::string_view bytes) {

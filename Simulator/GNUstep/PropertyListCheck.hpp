@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace simulator {
@@ -17,9 +19,12 @@ PropertyListEncoding propertyListEncoding(std::string_view bytes);
 /// when it is unfolded, is not for it.
 bool isReadableBinaryPropertyList(std::string_view bytes);
 
-/// The same for the XML encoding, where only the depth and a NUL can be too much. libplist is
-/// content with a document that ends in the middle; macOS is not, so a missing end is found here.
-bool isReadableXMLPropertyList(std::string_view bytes);
+/// `bytes`, which are in the XML encoding, in a form that libplist reads within a moment. Nothing
+/// when they are too deep, hold a NUL, or end in the middle, with which libplist would be content.
+///
+/// A byte order mark, which libplist does not know, is left out, and the five named references are
+/// written out, because libplist takes time with the square of their number.
+std::optional<std::string> readableXMLPropertyList(std::string_view bytes);
 
 /// Whether GNUstep's recursive parser of the old text form can read `bytes` with the stack there
 /// is: without a NUL, and with no more opening brackets than that takes.

@@ -104,17 +104,22 @@ id foundationObject(plist_t node) {
     return nil;
 }
 
-id objectWithBytes(std::string_view bytes, simulator::PropertyListEncoding encoding) {
-    const bool isBinary = encoding == simulator::PropertyListEncoding::binary;
-    if (!(isBinary ? simulator::isReadableBinaryPropertyList(bytes)
-                   : simulator::isReadableXMLPropertyList(bytes))) {
-        return nil;
-    }
+/// The object that libplist makes of `bytes` with `parse`.
+template <typename Parse>
+id parsedObject(std::string_view bytes, Parse parse) {
     plist_t root = nullptr;
-    (isBinary ? plist_from_bin : plist_from_xml)(bytes.data(),
-                                                 static_cast<std::uint32_t>(bytes.size()), &root);
+    parse(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
     const Node owner(root, plist_free);
     return root == nullptr ? nil : foundationObject(root);
+}
+
+id objectWithBytes(std::string_view bytes, simulator::PropertyListEncoding encoding) {
+    if (encoding == simulator::PropertyListEncoding::binary) {
+        return simulator::isReadableBinaryPropertyList(bytes) ? parsedObject(bytes, plist_from_bin)
+                                                              : nil;
+    }
+    const auto readable = simulator::readableXMLPropertyList(bytes);
+    return readable ? parsedObject(*readable, plist_from_xml) : nil;
 }
 
 }  // namespace

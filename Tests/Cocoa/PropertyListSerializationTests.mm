@@ -49,6 +49,7 @@ TEST_F(WrittenPropertyLists, AreReadInBothEncodings) {
     EXPECT_EQ(propertyListWithData(data("settings.binary")), expected);
     EXPECT_EQ(propertyListWithData(data("text.xml")), PropertyList("text"));
     EXPECT_EQ(propertyListWithData(data("text.binary")), PropertyList("text"));
+    EXPECT_EQ(propertyListWithData(data("mark.xml")), PropertyList("text"));
 }
 
 TEST_F(WrittenPropertyLists, AreReadWithAHundredThousandEntries) {
@@ -58,6 +59,18 @@ TEST_F(WrittenPropertyLists, AreReadWithAHundredThousandEntries) {
         ASSERT_NE(list->array(), nullptr);
         EXPECT_EQ(list->array()->size(), 100'000u);
     }
+}
+
+TEST_F(WrittenPropertyLists, AreReadWithAMegabyteOfReferences) {
+    std::string expected;
+    for (int count = 0; count < 300'000; ++count) {
+        expected += "&<>";
+    }
+    EXPECT_EQ(propertyListWithData(data("references.xml")), PropertyList(expected));
+    EXPECT_EQ(propertyListWithData(quorva::dataWithText(
+                  "<plist version=\"1.0\"><string>a&amp;<![CDATA[&amp;<b>]]>&quot;&#65;&apos;"
+                  "</string></plist>")),
+              PropertyList("a&&amp;<b>\"A'"));
 }
 
 TEST_F(WrittenPropertyLists, AreReadWhenTheyAreDeepButWithinTheLimit) {
@@ -76,7 +89,7 @@ TEST_F(WrittenPropertyLists, AreAnErrorWhenTheyAreHostile) {
             EXPECT_TRUE(list || !list.error().localizedDescription.empty()) << name;
         }
     }
-    EXPECT_EQ(count, 33);
+    EXPECT_EQ(count, 34);
 }
 
 TEST_F(WrittenPropertyLists, AreNoDictionaryWhenTruncatedAnywhere) {

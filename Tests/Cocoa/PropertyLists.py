@@ -74,6 +74,8 @@ def main():
     files = {
         "settings.xml": plistlib.dumps(SETTINGS, fmt=plistlib.FMT_XML),
         "settings.binary": plistlib.dumps(SETTINGS, fmt=plistlib.FMT_BINARY),
+        "references.xml": plistlib.dumps("&<>" * 300_000, fmt=plistlib.FMT_XML),
+        "mark.xml": b"\xef\xbb\xbf" + plistlib.dumps("text", fmt=plistlib.FMT_XML),
         "text.xml": plistlib.dumps("text", fmt=plistlib.FMT_XML),
         "text.binary": plistlib.dumps("text", fmt=plistlib.FMT_BINARY),
         "many.xml": plistlib.dumps([{"id": str(i)} for i in range(100_000)]),
@@ -100,6 +102,8 @@ def main():
         "bad.keyIsANumber": binary([b"\xd1\x01\x02", b"\x10\x01", b"\x51c"]),
         "bad.keyIsAnArray": binary([b"\xd1\x01\x02", b"\xa0", b"\x51c"]),
         "bad.XMLWithNUL": b'<plist version="1.0"><dict><key>a\0b</key><true/></dict></plist>',
+        "bad.numericReferences": b'<plist version="1.0"><string>' + b"&#38;" * 400_000
+        + b"</string></plist>",
         "bad.sharedReferences": binary([b"\xaf\x12" + struct.pack(">I", 60000) + b"\x01" * 60000]
                                        + [b"\xa1\x00"]),
         "bad.length": binary([b"\x5f\x13" + b"\xff" * 8]),
