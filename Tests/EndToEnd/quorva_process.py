@@ -1,0 +1,451 @@
+"""Drives the built programs: the extension's process, the containing application, `finder-sim`.
+
+Every run of a test file has a folder of its own below the system's temporary folder. It holds the
+homes of the tests, and it is the temporary folder of everything that the tests start, so that the
+run has a notification daemon of its own. The run has one virtual display. All of that ends with the
+run.
+
+The build folder comes from the environment variable QUORVA_BUILD_FOLDER.
+"""
+
+import atexit
+import contextlib
+import functools
+import json
+import os
+import plistlib
+import re
+import select
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+from menu_model import UNUSABLE, Settings
+
+ACCOUNT_NAME = "ada"
+
+FEATURE_SETTINGS = "FeatureSettings.plist"
+CUSTOM_DESTINATIONS = "CustomDestinations.plist"
+CUSTOM_SHORTCUT_ACTIONS = "CustomShortcutActions.plist"
+FINDER_VIEW_PRESETS = "FinderViewPresets.plist"
+SETTINGS_FILES = (
+    FEATURE_SETTINGS, CUSTOM_DESTINATIONS, CUSTOM_SHORTCUT_ACTIONS, FINDER_VIEW_PRESETS)
+
+XML = plistlib.FMT_XML
+BINARY = plistlib.FMT_BINARY
+
+RECORD_KEYS = [
+    "actionID", "createdAt", "destinationPath", "presetID", "selectedPaths", "targetedPath",
+    "title",
+]
+
+TEMPORARY_LOG = Path("/tmp/quorva-finder-extension.log")
+FALLBACK_QUEUE = Path("/tmp/quorva-action-queue")
+
+# How long anything may take before a test gives up on it. Nothing is measured with it.
+TIME_LIMIT = 120
+
+
+def build_folder():
+    folder = os.environ.get("QUORVA_BUILD_FOLDER")
+    if not folder:
+        raise RuntimeError("QUORVA_BUILD_FOLDER must name the build folder")
+    return Path(folder).resolve()
+
+
+def application_bundle():
+    # The build folder has one; where below it is the build's own business.
+    name = "Quorva.app/Contents/PlugIns/QuorvaFinderExtension.appex"
+    for candidate in (build_folder() / name, *sorted(build_folder().glob("*/" + name))):
+        if candidate.is_dir():
+            return candidate.parents[2]
+    raise RuntimeError(f"there is no {name} in {build_folder()}")
+
+
+EXTENSION_EXECUTABLE = (
+    "Contents/PlugIns/QuorvaFinderExtension.appex/Contents/MacOS/QuorvaFinderExtension")
+
+
+def until(condition, what):
+    """Waits for `condition` and answers what it answers."""
+    deadline = time.monotonic() + TIME_LIMIT
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() > deadline:
+            raise AssertionError("waited in vain until " + what)
+        time.sleep(0.005)
+
+
+class Run:
+    """What all tests of one run share."""
+
+    @staticmethod
+    @functools.cache
+    def folder():
+        # A notification daemon's socket lies below it, whose path can't be long.
+        folder = Path(tempfile.mkdtemp(prefix="quorva-"))
+        atexit.register(Run._end, folder)
+        return folder
+
+    @staticmethod
+    def new_folder():
+        return Path(tempfile.mkdtemp(prefix="", dir=Run.folder()))
+
+    @staticmethod
+    @functools.cache
+    def display():
+        """The virtual display's name."""
+        Run.folder()
+        reader, writer = os.pipe()
+        server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "640x480x24", "-nolisten", "tcp"],
+            pass_fds=[writer], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL)
+        os.close(writer)
+        atexit.register(Run._stop, server)
+        with open(reader, encoding="ascii") as names:
+            name = names.readline().strip()
+        if not name:
+            raise RuntimeError("the virtual display did not start")
+        return ":" + name
+
+    @staticmethod
+    def _stop(process):
+        process.terminate()
+        process.wait()
+
+    @staticmethod
+    def _end(folder):
+        for process in Run._processes(folder):
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(process, signal.SIGTERM)
+        until(lambda: not Run._processes(folder), "the run's notification daemon ended")
+        for path in folder.rglob("*"):
+            if path.is_dir() and not path.is_symlink():
+                path.chmod(0o700)
+        shutil.rmtree(folder)
+
+    @staticmethod
+    def _processes(folder):
+        """What still runs with this run's temporary folder: its notification daemon."""
+        marker = b"TMPDIR=" + os.fsencode(folder)
+        found = []
+        for process in Path("/proc").glob("[0-9]*"):
+            with contextlib.suppress(OSError):
+                if marker in (process / "environ").read_bytes().split(b"\0"):
+                    found.append(int(process.name))
+        return [process for process in found if process != os.getpid()]
+
+
+def command_prefix():
+    """Takes from root what lets it ignore permissions, so that the tests mean the same for it."""
+    if os.geteuid() != 0:
+        return []
+    capabilities = "-dac_override,-dac_read_search"
+    return ["setpriv", "--bounding-set", capabilities, "--inh-caps", capabilities, "--"]
+
+
+class Home:
+    """A home folder as the extension finds it in its container, with its settings and what it wrote."""
+
+    def __init__(self, path=None, account_name=ACCOUNT_NAME, account_home=None):
+        self.path = Path(path) if path else Run.new_folder()
+        self.account_name = account_name
+        self.account_home = account_home
+        self._log_position = 0
+
+    @property
+    def application_support(self):
+        return self.path / "Library" / "Application Support"
+
+    @property
+    def quorva(self):
+        return self.application_support / "Quorva"
+
+    @property
+    def queue(self):
+        return self.quorva / "ActionQueue"
+
+    @property
+    def log_file(self):
+        return self.quorva / "FinderExtension.log"
+
+    @property
+    def real_home(self):
+        home = self.account_home
+        if home and str(home).startswith("/Users/") and "/Library/Containers/" not in str(home):
+            return str(home)
+        return "/Users/" + self.account_name
+
+    def write_bytes(self, name, content):
+        self.quorva.mkdir(parents=True, exist_ok=True)
+        (self.quorva / name).write_bytes(content)
+
+    def write(self, name, value, encoding=XML):
+        """Writes a settings file; UNUSABLE removes it."""
+        if value is UNUSABLE:
+            (self.quorva / name).unlink(missing_ok=True)
+        else:
+            self.write_bytes(name, plistlib.dumps(value, fmt=encoding, sort_keys=False))
+
+    def write_settings(self, settings, encoding=XML):
+        """Writes the four files of a model."""
+        for name, value in zip(SETTINGS_FILES, (
+                settings.feature_settings, settings.custom_destinations,
+                settings.custom_shortcut_actions, settings.finder_view_presets)):
+            self.write(name, value, encoding)
+
+    def settings(self, **files):
+        """The model of this home with these files; UNUSABLE for those that are not named."""
+        return Settings(str(self.path), self.real_home, **files)
+
+    def record_files(self):
+        return sorted(self.queue.glob("*.json")) if self.queue.is_dir() else []
+
+    def records(self):
+        return [json.loads(file.read_text(encoding="utf-8")) for file in self.record_files()]
+
+    def take_records(self):
+        """The records in the queue, in the order of their creation, which are then removed."""
+        records = self.records()
+        for file in self.record_files():
+            file.unlink()
+        return sorted(records, key=lambda record: record["createdAt"])
+
+    def performed(self):
+        """What the containing application has carried out."""
+        file = self.quorva / "Performed.jsonl"
+        if not file.exists():
+            return []
+        return [json.loads(line) for line in file.read_text(encoding="utf-8").splitlines()]
+
+    def new_log_messages(self):
+        """The messages of the diagnostic log since the last call."""
+        with self.log_file.open("rb") as log:
+            log.seek(self._log_position)
+            content = log.read()
+        self._log_position += len(content)
+        return log_messages(content)
+
+
+LOG_LINE_START = re.compile(rb"^\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d \+0000\] ", re.MULTILINE)
+
+
+def log_messages(content):
+    """The messages of a diagnostic log's bytes. A message may itself have line breaks."""
+    if not content:
+        return []
+    before, *messages = LOG_LINE_START.split(content)
+    assert before == b"" and content.endswith(b"\n"), content[:200]
+    return [message.removesuffix(b"\n").decode("utf-8") for message in messages]
+
+
+class ExtensionEnded(AssertionError):
+    """The extension's process ended in the middle of a request."""
+
+
+class ExtensionProcess:
+    """The extension's process, spoken to with one JSON object per line."""
+
+    def __init__(self, home, launch=False, language=None, executable=None, environment=None):
+        self._home = home
+        self._errors = tempfile.TemporaryFile(dir=Run.folder())
+        self.process = subprocess.Popen(
+            command_prefix() + [executable or application_bundle() / EXTENSION_EXECUTABLE],
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=self._errors, bufsize=0,
+            env=program_environment(home, launch, language) | (environment or {}))
+        self._received = b""
+        self._next_id = 1
+
+    @property
+    def pid(self):
+        return self.process.pid
+
+    def standard_error(self):
+        self._errors.seek(0)
+        return self._errors.read().decode("utf-8", "replace")
+
+    def send_bytes(self, content):
+        """Writes to standard input as it is."""
+        view = memoryview(content)
+        try:
+            while view:
+                view = view[self.process.stdin.write(view):]
+        except BrokenPipeError:
+            raise self._ended() from None
+
+    def send_line(self, line):
+        self.send_bytes((line if isinstance(line, bytes) else line.encode("utf-8")) + b"\n")
+
+    def read_line(self):
+        """The next line of standard output; None at its end."""
+        deadline = time.monotonic() + TIME_LIMIT
+        pieces = [self._received]
+        output = self.process.stdout.fileno()
+        while b"\n" not in pieces[-1]:
+            ready, _, _ = select.select([output], [], [], max(0, deadline - time.monotonic()))
+            if not ready:
+                raise AssertionError("no answer in time\n" + self.standard_error())
+            piece = os.read(output, 1 << 20)
+            if not piece:
+                self._received = b"".join(pieces)
+                if self._received:
+                    raise AssertionError(f"half a line: {self._received[:200]!r}")
+                return None
+            pieces.append(piece)
+        line, self._received = b"".join(pieces).split(b"\n", 1)
+        return line
+
+    def read_answer(self):
+        line = self.read_line()
+        if line is None:
+            raise self._ended()
+        return json.loads(line.decode("utf-8"))
+
+    def answer(self, request):
+        """Sends a request as it is and reads its answer, which may be an error."""
+        self.send_line(json.dumps(request))
+        return self.read_answer()
+
+    def request(self, name, **fields):
+        """Sends a request that must be granted and reads its answer."""
+        number, self._next_id = self._next_id, self._next_id + 1
+        answer = self.answer({"id": number, "request": name, **fields})
+        assert answer.get("id") == number, answer
+        assert "error" not in answer, answer["error"]
+        assert isinstance(answer["events"], list) and isinstance(answer["unifiedLog"], list)
+        return answer
+
+    def menu(self, request=None, kind="items"):
+        """The menu of a request of the model."""
+        return self.request("menu", kind=kind, **finder_state(request))["menu"]
+
+    def click(self, index_path, request=None, delivery="intact"):
+        return self.request("click", indexPath=index_path, delivery=delivery,
+                            **finder_state(request))
+
+    def send(self, item, request=None):
+        return self.request("send", item=item, **finder_state(request))
+
+    def close(self):
+        """Ends standard input and waits for the end; answers the exit status."""
+        if not self.process.stdin.closed:
+            self.process.stdin.close()
+        if not self.process.stdout.closed:
+            rest = self.read_line()
+            self.process.stdout.close()
+            assert rest is None, f"more on standard output: {rest[:200]!r}"
+        status = self.process.wait(TIME_LIMIT)
+        self._errors.close()
+        return status
+
+    def kill(self):
+        """Ends the process at once, whatever it is doing."""
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.wait()
+        self.process.stdin.close()
+        self.process.stdout.close()
+        self._errors.close()
+
+    def _ended(self):
+        status = self.process.wait(TIME_LIMIT)
+        return ExtensionEnded(
+            f"the extension's process ended with {status}\n{self.standard_error()[-4000:]}")
+
+
+def finder_state(request):
+    if request is None:
+        return {"selectedPaths": [], "targetedPath": None}
+    return {"selectedPaths": request.selected, "targetedPath": request.targeted}
+
+
+def program_environment(home, launch=False, language=None, display=True):
+    environment = {
+        "HOME": str(home.path),
+        "PATH": os.environ.get("PATH", "/usr/bin:/bin"),
+        # GNUstep asks for the latter two, and has its notification daemon's address there.
+        **dict.fromkeys(("TMPDIR", "TEMP", "TMP"), str(Run.folder())),
+        "SIMULATOR_ACCOUNT_NAME": home.account_name,
+        "SIMULATOR_ACCOUNT_HOME": str(home.account_home or home.path),
+    }
+    if display:
+        environment["DISPLAY"] = Run.display()
+    if launch:
+        environment["SIMULATOR_LAUNCH"] = "1"
+    if language:
+        environment["SIMULATOR_LANGUAGE"] = language
+    # For coverage and sanitizers.
+    for name, value in os.environ.items():
+        if name.endswith("SAN_OPTIONS") or name == "LLVM_PROFILE_FILE":
+            environment[name] = value
+    return environment
+
+
+def post_notification(home, *arguments):
+    """Posts a distributed notification from a process of its own."""
+    subprocess.run([build_folder() / "Tests" / "EndToEnd" / "post-notification", *arguments],
+                   env=program_environment(home, display=False), check=True, timeout=TIME_LIMIT)
+
+
+def item_at(menu, *titles):
+    """The index path of the first item with this path of titles."""
+    path = []
+    for title in titles:
+        index, item = next(
+            (index, item) for index, item in enumerate(menu["items"]) if item.get("title") == title)
+        path.append(index)
+        menu = item.get("submenu")
+    return path
+
+
+def titles(menu):
+    """The titles of a menu as a nested list; None stands for a separator."""
+    result = []
+    for item in menu["items"]:
+        if "submenu" in item:
+            result.append((item["title"], titles(item["submenu"])))
+        else:
+            result.append(item.get("title"))
+    return result
+
+
+class EndToEndTestCase(unittest.TestCase):
+    """A test with a home and processes of its own, which all end well."""
+
+    maxDiff = 4000
+
+    def setUp(self):
+        self.home = Home()
+
+    def start_extension(self, home=None, **options):
+        """Starts the extension; it has to end with status 0 when its input does."""
+        process = ExtensionProcess(home or self.home, **options)
+        self.addCleanup(self._end_well, process)
+        return process
+
+    def start_mortal_extension(self, home=None, **options):
+        """Starts an extension that the test itself ends."""
+        process = ExtensionProcess(home or self.home, **options)
+        self.addCleanup(process.kill)
+        return process
+
+    def _end_well(self, process):
+        try:
+            self.assertEqual(process.close(), 0, "status at the end of input")
+        finally:
+            process.kill()
+
+    def assert_record(self, record, expected):
+        """Compares a queue record with what it has to say, but for its time."""
+        self.assertEqual(list(record), RECORD_KEYS)
+        self.assertIsInstance(record["createdAt"], (int, float))
+        self.assertLess(abs(record["createdAt"] - time.time()), 10 * TIME_LIMIT)
+        self.assertEqual({key: value for key, value in record.items() if key != "createdAt"},
+                         expected)

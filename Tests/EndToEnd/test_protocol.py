@@ -1,0 +1,303 @@
+"""The protocol of the extension's process: one JSON object per line, in and out."""
+
+import json
+import unittest
+
+from quorva_process import EndToEndTestCase, item_at
+
+
+REFUSED_LINES = {
+    "an empty line": b"",
+    "blanks": b"   \t ",
+    "text": b"menu",
+    "a number": b"12",
+    "a text": b'"menu"',
+    "null": b"null",
+    "an array": b"[]",
+    "an array with an object": b'[{"id":1,"request":"toolbar"}]',
+    "an object without its end": b'{"id":1,"request":"toolbar"',
+    "two objects": b'{"id":1,"request":"toolbar"} {"id":2,"request":"toolbar"}',
+    "a comma at the end": b'{"id":1,"request":"toolbar",}',
+    "single quotes": b"{'id':1,'request':'toolbar'}",
+    "a comment": b'{"id":1,"request":"toolbar"} // toolbar',
+    "bytes that are no text": bytes(range(0x80, 0x100)),
+    "control characters": b"\x00\x01\x02\x03",
+    "a zero byte behind an object": b'{"id":1,"request":"toolbar"}\x00',
+    "a text with a byte that is no UTF-8": b'{"id":1,"request":"menu\xff"}',
+    "a text with half a surrogate pair": b'{"id":1,"request":"\\ud800"}',
+    "a property list": b'<?xml version="1.0"?><plist><dict/></plist>',
+    "an unclosed text of a megabyte": b'"' + b"x" * (1 << 20),
+    "a megabyte of junk": b"\xfe" * (1 << 20),
+    "100,000 arrays in one another": b"[" * 100_000 + b"]" * 100_000,
+    "100,000 objects in one another": b'{"id":' * 100_000 + b"1" + b"}" * 100_000,
+}
+
+REFUSED_REQUESTS = [
+    {},
+    {"request": None},
+    {"request": 1},
+    {"request": ["menu"]},
+    {"request": {}},
+    {"request": ""},
+    {"request": "Menu"},
+    {"request": "menu "},
+    {"request": "quit"},
+    {"request": "menu", "kind": "desktop"},
+    {"request": "menu", "kind": ""},
+    {"request": "menu", "kind": 0},
+    {"request": "menu", "kind": ["items"]},
+    {"request": "menu", "kind": "items", "selectedPaths": "/a"},
+    {"request": "menu", "kind": "items", "selectedPaths": {"0": "/a"}},
+    {"request": "menu", "kind": "items", "selectedPaths": 1},
+    {"request": "menu", "kind": "items", "selectedPaths": ["/a", 1]},
+    {"request": "menu", "kind": "items", "selectedPaths": ["/a", None]},
+    {"request": "menu", "kind": "items", "selectedPaths": [["/a"]]},
+    {"request": "menu", "kind": "items", "selectedPaths": [], "targetedPath": 1},
+    {"request": "menu", "kind": "items", "selectedPaths": [], "targetedPath": ["/a"]},
+    {"request": "menu", "kind": "items", "selectedPaths": [], "targetedPath": {}},
+    {"request": "menu", "kind": "items", "selectedPaths": [], "targetedPath": False},
+    {"request": "click"},
+    {"request": "click", "indexPath": None},
+    {"request": "click", "indexPath": 0},
+    {"request": "click", "indexPath": "0"},
+    {"request": "click", "indexPath": {}},
+    {"request": "click", "indexPath": []},
+    {"request": "click", "indexPath": ["0"]},
+    {"request": "click", "indexPath": [0.5]},
+    {"request": "click", "indexPath": [None]},
+    {"request": "click", "indexPath": [-1]},
+    {"request": "click", "indexPath": [1000]},
+    {"request": "click", "indexPath": [0, 1000]},
+    {"request": "click", "indexPath": [0, 0, 0, 0, 0]},
+    {"request": "click", "indexPath": [2**63 - 1]},
+    {"request": "click", "indexPath": [2**64 - 1]},
+    {"request": "click", "indexPath": [2**70]},
+    {"request": "click", "indexPath": [0, 0, 0], "delivery": "xpc"},
+    {"request": "click", "indexPath": [0, 0, 0], "delivery": 1},
+    {"request": "click", "indexPath": [0, 0, 0], "delivery": []},
+    {"request": "click", "indexPath": [0, 0, 0], "selectedPaths": "/a"},
+    {"request": "click", "indexPath": [0, 0, 0], "targetedPath": 1},
+    {"request": "send"},
+    {"request": "send", "item": None},
+    {"request": "send", "item": []},
+    {"request": "send", "item": "title"},
+    {"request": "send", "item": {}},
+    {"request": "send", "item": {"title": 1}},
+    {"request": "send", "item": {"title": None}},
+    {"request": "send", "item": {"title": "a", "identifier": 1}},
+    {"request": "send", "item": {"title": "a", "tag": "1"}},
+    {"request": "send", "item": {"title": "a", "tag": 1.5}},
+    {"request": "send", "item": {"title": "a", "tag": 2**63}},
+    {"request": "send", "item": {"title": "a", "tag": -(2**63) - 1}},
+    {"request": "send", "item": {"title": "a", "representedObject": "text"}},
+    {"request": "send", "item": {"title": "a", "representedObject": []}},
+    {"request": "send", "item": {"title": "a", "representedObject": {}}},
+    {"request": "send", "item": {"title": "a", "representedObject": {"type": 1}}},
+    {"request": "send", "item": {"title": "a", "representedObject": {"type": "NSMenu"}}},
+    {"request": "send", "item": {"title": "a", "representedObject": {
+        "type": "FinderActionContext"}}},
+    {"request": "send", "item": {"title": "a", "representedObject": {
+        "type": "FinderActionContext", "actionID": 1, "title": "", "action": "openFolder",
+        "selectedPaths": [], "targetedPath": None, "destinationPath": "", "presetID": ""}}},
+    {"request": "send", "item": {"title": "a", "representedObject": {
+        "type": "FinderActionContext", "actionID": "a", "title": "", "action": "flyAway",
+        "selectedPaths": [], "targetedPath": None, "destinationPath": "", "presetID": ""}}},
+    {"request": "send", "item": {"title": "a", "representedObject": {
+        "type": "FinderActionContext", "actionID": "a", "title": "", "action": "copyPath",
+        "selectedPaths": [], "targetedPath": None, "destinationPath": "", "presetID": ""}}},
+    {"request": "send", "item": {"title": "a"}, "selectedPaths": [1]},
+    {"request": "wait"},
+    {"request": "wait", "seconds": "1"},
+    {"request": "wait", "seconds": None},
+    {"request": "wait", "seconds": [1]},
+]
+
+IDS = [
+    None, True, False, 0, -1, 2**53, 1.5, "", "one", "文件 📁 \u0000 \n \" \\", [], [1, [2, {"a": None}]],
+    {}, {"id": {"id": [1, 2]}},
+]
+
+
+class ProtocolTestCase(EndToEndTestCase):
+
+    def assert_error(self, answer):
+        self.assertIsInstance(answer["error"], str)
+        self.assertNotEqual(answer["error"].strip(), "")
+        self.assertNotIn("\n", answer["error"])
+
+
+class AnswersTest(ProtocolTestCase):
+
+    def test_every_request_is_answered_with_its_events_and_its_unified_log(self):
+        extension = self.start_extension()
+        for request, member in [
+                ({"request": "directories"}, "directories"),
+                ({"request": "toolbar"}, "name"),
+                ({"request": "wait", "seconds": 0}, "events"),
+                ({"request": "menu", "kind": "items", "selectedPaths": ["/a"],
+                  "targetedPath": None}, "menu"),
+                ({"request": "click", "indexPath": [0, 0, 0], "selectedPaths": ["/a"],
+                  "targetedPath": "/b"}, "events"),
+                ({"request": "send", "item": {"title": "新建文件夹"}, "selectedPaths": [],
+                  "targetedPath": None}, "events"),
+        ]:
+            with self.subTest(request=request):
+                answer = extension.answer({"id": 7, **request})
+                self.assertIn(member, answer)
+                self.assertNotIn("error", answer)
+                self.assertEqual(answer["id"], 7)
+                self.assertIsInstance(answer["events"], list)
+                self.assertIsInstance(answer["unifiedLog"], list)
+
+    def test_the_toolbar_item_has_its_name_and_tool_tip(self):
+        answer = self.start_extension().request("toolbar")
+        self.assertEqual(answer["name"], "Quorva")
+        self.assertEqual(answer["toolTip"], "Send selected files to Quorva")
+
+    def test_the_id_may_be_any_value_and_comes_back(self):
+        extension = self.start_extension()
+        for value in IDS:
+            with self.subTest(id=value):
+                answer = extension.answer({"id": value, "request": "toolbar"})
+                self.assertEqual(json.dumps(answer["id"]), json.dumps(value))
+
+    def test_the_id_comes_back_with_an_error_too(self):
+        extension = self.start_extension()
+        for value in IDS:
+            with self.subTest(id=value):
+                answer = extension.answer({"id": value, "request": "fly"})
+                self.assertEqual(json.dumps(answer["id"]), json.dumps(value))
+                self.assert_error(answer)
+
+    def test_requests_that_arrive_together_are_answered_in_their_order(self):
+        extension = self.start_extension()
+        names = ["toolbar", "directories", "fly", "toolbar", "menu", "wait"]
+        fields = {"menu": {"kind": "items", "selectedPaths": [], "targetedPath": None},
+                  "wait": {"seconds": 0}}
+        requests = [{"id": number, "request": names[number % 6], **fields.get(names[number % 6], {})}
+                    for number in range(24)]
+        extension.send_bytes(b"".join(json.dumps(request).encode() + b"\n" for request in requests))
+        for request in requests:
+            answer = extension.read_answer()
+            self.assertEqual(answer["id"], request["id"])
+            self.assertEqual("error" in answer, request["request"] == "fly")
+
+    def test_a_request_may_arrive_in_pieces(self):
+        extension = self.start_extension()
+        for piece in (b'{"id', b'":1,"req', b'uest":"tool', b'bar"}', b"\n"):
+            extension.send_bytes(piece)
+        self.assertEqual(extension.read_answer()["name"], "Quorva")
+
+    def test_an_answer_is_one_line_of_text(self):
+        extension = self.start_extension()
+        extension.send_line(json.dumps({
+            "id": "a\nb\u2028c", "request": "menu", "kind": "items",
+            "selectedPaths": ["/a\nb", "/é", "/\u2028", "/📁"], "targetedPath": "/x\ty"}))
+        line = extension.read_line()
+        self.assertEqual(json.loads(line.decode("utf-8"))["id"], "a\nb\u2028c")
+
+    def test_the_answer_to_a_request_does_not_repeat_the_events_before(self):
+        extension = self.start_extension()
+        extension.menu()
+        self.assertNotEqual(extension.click([0, 0, 0])["events"], [])
+        answer = extension.request("toolbar")
+        self.assertEqual((answer["events"], answer["unifiedLog"]), ([], []))
+
+    def test_the_first_answer_tells_what_happened_at_the_start(self):
+        answer = self.start_extension().request("toolbar")
+        self.assertEqual(answer["events"], [])
+        count = len(self.start_extension().request("directories")["directories"])
+        self.assertEqual(answer["unifiedLog"], [{
+            "level": "info", "category": "FinderSync",
+            "message": f"FinderSync refreshed directories. reason=started, count={count}"}])
+
+
+class RefusalsTest(ProtocolTestCase):
+
+    def test_a_line_that_is_no_json_object_is_answered_with_an_error_and_no_id(self):
+        extension = self.start_extension()
+        for name, line in REFUSED_LINES.items():
+            with self.subTest(line=name):
+                extension.send_line(line)
+                answer = extension.read_answer()
+                self.assertIsNone(answer["id"])
+                self.assert_error(answer)
+                self.assertEqual(extension.request("toolbar")["name"], "Quorva")
+
+    def test_an_unknown_request_or_a_field_of_the_wrong_type_is_answered_with_an_error(self):
+        extension = self.start_extension()
+        extension.menu()
+        for request in REFUSED_REQUESTS:
+            with self.subTest(request=request):
+                answer = extension.answer({"id": "the id", **request})
+                self.assertEqual(answer["id"], "the id")
+                self.assert_error(answer)
+        self.assertEqual(self.home.records(), [])
+        self.assertEqual(extension.request("toolbar")["name"], "Quorva")
+
+    def test_a_click_before_the_first_menu_is_answered_with_an_error(self):
+        extension = self.start_extension()
+        answer = extension.answer({"id": 1, "request": "click", "indexPath": [0],
+                                   "selectedPaths": [], "targetedPath": None})
+        self.assert_error(answer)
+        self.assertEqual(self.home.records(), [])
+
+    def test_a_refused_request_does_nothing(self):
+        extension = self.start_extension()
+        extension.request("toolbar")
+        self.home.new_log_messages()
+        for request in REFUSED_REQUESTS:
+            extension.answer({"id": 1, **request})
+        answer = extension.request("toolbar")
+        self.assertEqual((answer["events"], answer["unifiedLog"]), ([], []))
+        self.assertEqual(self.home.new_log_messages(), [])
+
+    def test_a_refused_menu_request_leaves_the_last_menu_in_place(self):
+        extension = self.start_extension()
+        menu = extension.menu()
+        extension.answer({"id": 1, "request": "menu", "kind": "desktop"})
+        extension.click(item_at(menu, "Quorva", "新建", "新建文件夹"))
+        self.assertEqual([record["actionID"] for record in self.home.records()], ["createFolder"])
+
+    def test_a_request_of_four_megabytes_is_granted(self):
+        extension = self.start_extension()
+        answer = extension.answer({"id": "x" * (4 << 20), "request": "toolbar"})
+        self.assertEqual(answer["name"], "Quorva")
+        self.assertEqual(len(answer["id"]), 4 << 20)
+
+
+class EndOfInputTest(EndToEndTestCase):
+
+    def test_the_end_of_input_ends_the_process_with_status_0(self):
+        extension = self.start_mortal_extension()
+        extension.request("toolbar")
+        self.assertEqual(extension.close(), 0)
+
+    def test_the_end_of_input_before_the_first_request_ends_the_process_with_status_0(self):
+        self.assertEqual(self.start_mortal_extension().close(), 0)
+
+    def test_requests_before_the_end_of_input_are_still_answered(self):
+        extension = self.start_mortal_extension()
+        extension.send_bytes(b'{"id":1,"request":"toolbar"}\n{"id":2,"request":"toolbar"}\n')
+        extension.process.stdin.close()
+        self.assertEqual([extension.read_answer()["id"] for _ in range(2)], [1, 2])
+        self.assertIsNone(extension.read_line())
+
+    def test_nothing_but_answers_is_written_to_standard_output(self):
+        extension = self.start_mortal_extension()
+        extension.send_bytes(b'{"id":1,"request":"toolbar"}\nnonsense\n')
+        extension.process.stdin.close()
+        lines = []
+        while (line := extension.read_line()) is not None:
+            lines.append(json.loads(line))
+        self.assertEqual([line["id"] for line in lines], [1, None])
+
+    def test_the_console_lines_go_to_standard_error(self):
+        extension = self.start_extension()
+        extension.send({"title": "nothing is called this"})
+        self.assertIn("QuorvaFinderExtension: missing context for sender=nothing is called this",
+                      extension.standard_error())
+
+
+if __name__ == "__main__":
+    unittest.main()
