@@ -13,8 +13,8 @@ namespace quorva {
 inline constexpr std::size_t propertyListDepthLimit = 512;
 
 /// How many values a property list may hold, counting a value that is shared once per place where
-/// it appears. Room for settings of more than a hundred thousand entries; the limit is what keeps a few
-/// hundred bytes of shared references from unfolding into more values than there is memory for.
+/// it appears. Room for settings of more than a hundred thousand entries; the limit is what keeps a
+/// few hundred bytes of shared references from unfolding into more values than there is memory for.
 inline constexpr std::size_t propertyListValueLimit = 1'000'000;
 
 /// How many bytes the texts and data of a property list may hold in all, counted like the values.
