@@ -122,19 +122,19 @@ class Run:
 
     @staticmethod
     def _end(folder):
-        for process in Run._processes(folder):
+        for process in Run.processes():
             with contextlib.suppress(ProcessLookupError):
                 os.kill(process, signal.SIGTERM)
-        until(lambda: not Run._processes(folder), "the run's notification daemon ended")
+        until(lambda: not Run.processes(), "the run's notification daemon ended")
         for path in folder.rglob("*"):
             if path.is_dir() and not path.is_symlink():
                 path.chmod(0o700)
         shutil.rmtree(folder)
 
     @staticmethod
-    def _processes(folder):
-        """What still runs with this run's temporary folder: its notification daemon."""
-        marker = b"TMPDIR=" + os.fsencode(folder)
+    def processes():
+        """What runs with this run's temporary folder: at its end, the notification daemon."""
+        marker = b"TMPDIR=" + os.fsencode(Run.folder())
         found = []
         for process in Path("/proc").glob("[0-9]*"):
             with contextlib.suppress(OSError):
@@ -394,6 +394,23 @@ def post_notification(home, *arguments):
                    env=program_environment(home, display=False), check=True, timeout=TIME_LIMIT)
 
 
+def end_containing_application(bundle):
+    """Ends the containing application that an extension of this run has launched."""
+    executable = str(bundle / "Contents" / "MacOS" / "Quorva")
+
+    def running():
+        found = []
+        for process in Run.processes():
+            with contextlib.suppress(OSError):
+                if os.readlink(f"/proc/{process}/exe") == executable:
+                    found.append(process)
+        return found
+
+    for process in running():
+        os.kill(process, signal.SIGTERM)
+    until(lambda: not running(), "the containing application ended")
+
+
 def item_at(menu, *titles):
     """The index path of the first item with this path of titles."""
     path = []
@@ -433,6 +450,13 @@ class EndToEndTestCase(unittest.TestCase):
     def start_mortal_extension(self, home=None, **options):
         """Starts an extension that the test itself ends."""
         process = ExtensionProcess(home or self.home, **options)
+        self.addCleanup(process.kill)
+        return process
+
+    def start_program(self, arguments):
+        """Starts another program, which ends with the test."""
+        process = subprocess.Popen(arguments, stdin=subprocess.DEVNULL)
+        self.addCleanup(process.wait)
         self.addCleanup(process.kill)
         return process
 

@@ -1,0 +1,317 @@
+"""Settings files that can't be used, and the defaults that stand in for them."""
+
+import plistlib
+import random
+import unittest
+
+import property_lists
+import samples
+from menu_model import MenuBuilder, Request, UNUSABLE
+from quorva_process import (
+    BINARY, CUSTOM_DESTINATIONS, CUSTOM_SHORTCUT_ACTIONS, FEATURE_SETTINGS, FINDER_VIEW_PRESETS,
+    SETTINGS_FILES, XML, EndToEndTestCase)
+
+REQUEST = Request(["/Volumes/Work/a.txt"], "/Volumes/Work")
+
+# Short, because each is cut at every byte.
+SHORT = {
+    "feature_settings": {"enabledFeatureIDs": ["openWith", "copyFile", "viewOptions",
+                                               "customActions"], "menuLayout": "expanded"},
+    "custom_destinations": {"copy": [{"id": "c", "name": "C", "path": "/c"}],
+                            "openApplication": [{"id": "o", "name": "O", "path": "/o"}]},
+    "custom_shortcut_actions": [{"id": "a", "name": "A", "shortcutName": "S"}],
+    "finder_view_presets": [{"id": "p", "name": "P", "viewMode": "l", "sortMode": "s"}],
+}
+
+FIELDS = dict(zip(SETTINGS_FILES, SHORT))
+
+
+class BadSettingsTestCase(EndToEndTestCase):
+
+    def setUp(self):
+        super().setUp()
+        self.extension = self.start_extension()
+        self.home.quorva.mkdir(parents=True, exist_ok=True)
+
+    def menu_is(self, expected):
+        return self.extension.menu(REQUEST) == expected
+
+    def expected(self, **files):
+        return MenuBuilder(self.home.settings(**files), REQUEST).menu()
+
+    def check_without(self, name):
+        """The menu with this one file unusable and the others in place."""
+        files = {**SHORT, FIELDS[name]: UNUSABLE}
+        self.assertEqual(self.extension.menu(REQUEST), self.expected(**files))
+
+    def write_others(self, name):
+        for other, field in FIELDS.items():
+            if other != name:
+                self.home.write(other, SHORT[field])
+
+    def each_file(self):
+        for name in SETTINGS_FILES:
+            self.write_others(name)
+            yield name
+
+
+class UnusableFileTest(BadSettingsTestCase):
+
+    def test_a_file_that_is_missing_leaves_its_defaults(self):
+        for name in self.each_file():
+            with self.subTest(file=name):
+                (self.home.quorva / name).unlink(missing_ok=True)
+                self.check_without(name)
+
+    def test_a_file_that_is_empty_leaves_its_defaults(self):
+        for name in self.each_file():
+            with self.subTest(file=name):
+                self.home.write_bytes(name, b"")
+                self.check_without(name)
+
+    def test_a_file_that_may_not_be_read_leaves_its_defaults(self):
+        for name in self.each_file():
+            with self.subTest(file=name):
+                self.home.write(name, SHORT[FIELDS[name]])
+                (self.home.quorva / name).chmod(0)
+                self.check_without(name)
+                (self.home.quorva / name).chmod(0o600)
+
+    def test_a_file_that_is_a_folder_leaves_its_defaults(self):
+        for name in self.each_file():
+            with self.subTest(file=name):
+                (self.home.quorva / name).unlink(missing_ok=True)
+                (self.home.quorva / name).mkdir()
+                self.check_without(name)
+                (self.home.quorva / name).rmdir()
+
+    def test_a_file_that_is_a_link_to_nowhere_leaves_its_defaults(self):
+        for name in self.each_file():
+            with self.subTest(file=name):
+                (self.home.quorva / name).unlink(missing_ok=True)
+                (self.home.quorva / name).symlink_to("nowhere")
+                self.check_without(name)
+                (self.home.quorva / name).unlink()
+
+    def test_a_folder_that_may_not_be_entered_leaves_all_defaults(self):
+        for name, field in FIELDS.items():
+            self.home.write(name, SHORT[field])
+        self.home.quorva.chmod(0)
+        self.assertEqual(self.extension.menu(REQUEST), self.expected())
+        self.home.quorva.chmod(0o700)
+
+    def test_the_files_are_never_written(self):
+        for name in SETTINGS_FILES:
+            self.home.write_bytes(name, b"nonsense")
+        self.extension.menu(REQUEST)
+        self.extension.send({"title": "新建文件夹"}, REQUEST)
+        for name in SETTINGS_FILES:
+            self.assertEqual((self.home.quorva / name).read_bytes(), b"nonsense")
+
+    def test_nothing_is_logged_about_a_file_that_can_t_be_used(self):
+        self.extension.menu(REQUEST)
+        before = self.home.new_log_messages()[1:]
+        for name in SETTINGS_FILES:
+            self.home.write_bytes(name, b"nonsense")
+        self.extension.menu(REQUEST)
+        self.assertEqual(self.home.new_log_messages(), before)
+
+
+class TruncatedFileTest(BadSettingsTestCase):
+
+    def test_files_cut_at_every_byte_leave_their_defaults(self):
+        defaults = self.expected()
+        for encoding, name in ((XML, "XML"), (BINARY, "binary")):
+            contents = {file: plistlib.dumps(SHORT[field], fmt=encoding)
+                        for file, field in FIELDS.items()}
+            # A property list ends with its last tag; what follows is a line feed.
+            ends = {file: len(content.rstrip(b"\n")) for file, content in contents.items()}
+            for length in range(max(ends.values())):
+                with self.subTest(encoding=name, length=length):
+                    cut = {file: content for file, content in contents.items()
+                           if length < ends[file]}
+                    for file in SETTINGS_FILES:
+                        self.home.write_bytes(file, cut.get(file, b"")[:length])
+                    self.assertTrue(self.menu_is(defaults))
+
+    def test_a_binary_file_without_any_one_of_its_bytes_does_no_harm(self):
+        for name in self.each_file():
+            content = plistlib.dumps(SHORT[FIELDS[name]], fmt=BINARY)
+            for position in range(len(content)):
+                self.home.write_bytes(name, content[:position] + content[position + 1:])
+                self.extension.menu(REQUEST)
+
+    def test_a_file_with_something_behind_its_end_does_no_harm(self):
+        for name in self.each_file():
+            for encoding in (XML, BINARY):
+                content = plistlib.dumps(SHORT[FIELDS[name]], fmt=encoding)
+                for rest in (b"\0", b"x", b"\n\n\n", content):
+                    self.home.write_bytes(name, content + rest)
+                    self.extension.menu(REQUEST)
+
+
+class DamagedFileTest(BadSettingsTestCase):
+
+    def test_random_bytes_leave_the_defaults(self):
+        generator = random.Random(1)
+        defaults = self.expected()
+        for number in range(200):
+            with self.subTest(number=number):
+                for name in SETTINGS_FILES:
+                    # The high bit keeps them from being a text, which is a property list too.
+                    content = b"\xff" + generator.randbytes(generator.randrange(400))
+                    self.home.write_bytes(name, content)
+                self.assertTrue(self.menu_is(defaults))
+
+    def test_random_bytes_behind_the_mark_of_an_encoding_leave_the_defaults(self):
+        generator = random.Random(2)
+        defaults = self.expected()
+        for number in range(200):
+            with self.subTest(number=number):
+                for name in SETTINGS_FILES:
+                    mark = generator.choice([b"bplist00", b"bplist0", property_lists.XML_HEAD])
+                    self.home.write_bytes(
+                        name, mark + generator.randbytes(generator.randrange(33, 400)))
+                self.assertTrue(self.menu_is(defaults))
+
+    def test_changed_bytes_do_no_harm(self):
+        generator = random.Random(3)
+        for number in range(300):
+            for name, field in FIELDS.items():
+                content = bytearray(plistlib.dumps(
+                    SHORT[field], fmt=generator.choice([XML, BINARY])))
+                for _ in range(generator.randrange(1, 6)):
+                    content[generator.randrange(len(content))] = generator.randrange(256)
+                self.home.write_bytes(name, bytes(content))
+            menu = self.extension.menu(REQUEST)
+            self.assertEqual(menu["title"], "Quorva", number)
+
+
+class HostilePropertyListTest(BadSettingsTestCase):
+
+    def test_a_hostile_property_list_leaves_the_defaults(self):
+        for name in self.each_file():
+            for case, content in property_lists.HOSTILE.items():
+                with self.subTest(file=name, case=case):
+                    self.home.write_bytes(name, content)
+                    self.check_without(name)
+
+    def test_a_hostile_property_list_does_not_keep_a_click_from_the_queue(self):
+        for case, content in property_lists.HOSTILE.items():
+            with self.subTest(case=case):
+                for name in SETTINGS_FILES:
+                    self.home.write_bytes(name, content)
+                self.extension.send({"title": "新建文件夹"}, REQUEST)
+                self.assertEqual([record["actionID"] for record in self.home.take_records()],
+                                 ["createFolder"])
+
+    def test_an_entry_that_a_list_shares_is_read_each_time(self):
+        self.home.write(FEATURE_SETTINGS, {"enabledFeatureIDs": ["viewOptions"]})
+        self.home.write_bytes(FINDER_VIEW_PRESETS, property_lists.shared_entries(1000))
+        menu = self.extension.menu(REQUEST)
+        self.assertEqual([item["title"] for item in menu["items"][0]["submenu"]["items"]],
+                         ["Shared"] * 1000)
+
+    def test_an_entry_with_half_a_surrogate_pair_does_no_harm(self):
+        content = property_lists.binary([
+            property_lists.array([1]),
+            property_lists.dictionary([2, 3, 4, 5], [6, 7, 6, 6]),
+            *map(property_lists.text, ("id", "name", "viewMode", "sortMode", "x")),
+            property_lists.utf16(b"\xd8\x00\x00a")])
+        self.home.write_bytes(FINDER_VIEW_PRESETS, content)
+        self.assertEqual(self.extension.menu(REQUEST)["title"], "Quorva")
+        self.assertEqual(self.extension.send({"title": "T", "tag": 700000}, REQUEST)["id"], 2)
+
+    def test_a_name_with_a_zero_byte_does_no_harm(self):
+        self.home.write(FINDER_VIEW_PRESETS, [
+            {"id": "a\0b", "name": "one\0two", "viewMode": "", "sortMode": ""}], BINARY)
+        self.assertEqual(self.extension.menu(REQUEST)["title"], "Quorva")
+        self.extension.send({"title": "T", "tag": 700000}, REQUEST)
+        self.extension.request("toolbar")
+
+    def test_lists_down_to_the_depth_of_a_settings_file_are_read(self):
+        self.home.write(FEATURE_SETTINGS, {
+            "enabledFeatureIDs": ["pdfTools"], "unknown": [[[[[["deep"]]]]]]}, BINARY)
+        self.assertEqual([item["title"] for item in self.extension.menu(REQUEST)["items"]],
+                         ["处理 PDF"])
+
+
+class LargeFileTest(BadSettingsTestCase):
+
+    COUNT = 100_000
+
+    def test_100_000_feature_ids_are_read(self):
+        ids = [f"feature{number}" for number in range(self.COUNT)]
+        for encoding in (XML, BINARY):
+            self.home.write(FEATURE_SETTINGS, {
+                "enabledFeatureIDs": ids + ["pdfTools"], "featureOrder": ids + samples.ALL_FEATURES,
+                "enabledChildIDs": ids + ["mergePDFs", "splitPDFs"],
+                "childOrderByFeatureID": {"pdfTools": ids + ["splitPDFs"] * 3, "other": ids},
+            }, encoding)
+            menu = self.extension.menu(REQUEST)
+            self.assertEqual([item["title"] for item in menu["items"][0]["submenu"]["items"]],
+                             ["拆分 PDF"] * 3 + ["合并 PDF", "图片转 PDF", "压缩 PDF"])
+
+    def test_100_000_presets_resolve_by_the_last_tag(self):
+        self.home.write(FINDER_VIEW_PRESETS, [
+            {"id": str(number), "name": f"P{number}", "viewMode": "l", "sortMode": "s"}
+            for number in range(self.COUNT)], BINARY)
+        self.extension.send({"title": "T", "tag": 700000 + self.COUNT - 1}, REQUEST)
+        self.extension.send({"title": "T", "tag": 700000 + self.COUNT}, REQUEST)
+        self.assertEqual([record["presetID"] for record in self.home.records()],
+                         [str(self.COUNT - 1)])
+
+    def test_100_000_custom_actions_resolve_by_the_last_id(self):
+        self.home.write(CUSTOM_SHORTCUT_ACTIONS, [
+            {"id": str(number), "name": f"A{number}", "shortcutName": "S"}
+            for number in range(self.COUNT)], BINARY)
+        self.extension.send(
+            {"title": "T", "identifier": f"runShortcut__{self.COUNT - 1}"}, REQUEST)
+        self.assertEqual([record["title"] for record in self.home.records()],
+                         [f"A{self.COUNT - 1}"])
+
+    def test_100_000_destinations_are_read_and_one_wrong_value_among_them_discards_them(self):
+        applications = [{"id": str(number), "name": f"D{number}", "path": f"/{number}"}
+                        for number in range(self.COUNT)]
+        last = {"title": "T", "identifier": f"openWithApplicationPath__{self.COUNT - 1}"}
+        for encoding in (XML, BINARY):
+            self.home.write(CUSTOM_DESTINATIONS, {"openApplication": applications}, encoding)
+            self.extension.send(last, REQUEST)
+            self.assertEqual(self.home.take_records()[0]["destinationPath"], f"/{self.COUNT - 1}")
+            self.home.write(CUSTOM_DESTINATIONS, {
+                "openApplication": [*applications, {"id": 1}]}, encoding)
+            self.extension.send(last, REQUEST)
+            self.assertEqual(self.home.take_records(), [])
+
+    def test_a_thousand_entries_of_every_kind_are_shown(self):
+        files = {
+            "feature_settings": samples.feature_settings(),
+            "custom_destinations": {kind: [
+                {"id": str(number), "name": f"{kind} {number}", "path": f"/{kind}/{number}"}
+                for number in range(1000)]
+                for kind in ("copy", "move", "quickOpen", "openApplication")},
+            "custom_shortcut_actions": [
+                {"id": str(number), "name": f"A{number}", "shortcutName": "S"}
+                for number in range(1000)],
+            "finder_view_presets": [
+                {"id": str(number), "name": f"P{number}", "viewMode": "l", "sortMode": "s"}
+                for number in range(1000)],
+        }
+        for name, field in FIELDS.items():
+            self.home.write(name, files[field], BINARY)
+        self.assertTrue(self.menu_is(self.expected(**files)))
+
+    def test_a_name_of_a_megabyte_loses_the_number_at_its_end(self):
+        for name, shown in (("x" * 500_000 + " · " + "y" * 500_000 + " 2", -2),
+                            ("x · " * 250_000 + "y 123", -4),
+                            ("a · " + "b" * 500_000 + "1" * 500_000, None),
+                            (" · " * 350_000 + "1", -2)):
+            self.home.write(FINDER_VIEW_PRESETS, [
+                {"id": "a", "name": name, "viewMode": "l", "sortMode": "s"}], BINARY)
+            self.extension.send({"title": "T", "tag": 700000}, REQUEST)
+            [record] = self.home.take_records()
+            self.assertTrue(record["title"] == name[:shown])
+
+
+if __name__ == "__main__":
+    unittest.main()
