@@ -43,6 +43,9 @@ bool displayAnswers() {
         _exit(0);
     }
     const int nothing = open("/dev/null", O_RDWR);
+    if (nothing < 0) {
+        _exit(1);
+    }
     dup2(nothing, STDIN_FILENO);
     dup2(nothing, STDOUT_FILENO);
     dup2(nothing, STDERR_FILENO);

@@ -392,12 +392,9 @@ class AnswerWriter {
         key("title").write(context.title());
         key("action").write(finderFeatureActionText(context.action()));
         key("selectedPaths").write(context.selectedURLs().urls());
-        key("targetedPath");
-        if (context.targetedURL()) {
-            write(context.targetedURL()->path());
-        } else {
-            text_ += "null";
-        }
+        key("targetedPath").write(context.targetedURL().transform([](const auto& url) {
+            return std::string(url.path());
+        }));
         key("destinationPath").write(context.destinationPath());
         key("presetID").write(context.presetID());
         text_ += '}';

@@ -96,6 +96,9 @@ bool writeAll(int descriptor, std::string_view bytes) {
 
 int main() {
     const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
+    if (nothing < 0) {
+        return fail("there is no /dev/null");
+    }
     const int input = takeOver(STDIN_FILENO, nothing);
     const int output = takeOver(STDOUT_FILENO, STDERR_FILENO);
     if (input < 0 || output < 0) {

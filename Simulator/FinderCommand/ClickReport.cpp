@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
+#include <string_view>
 #include <thread>
 
 #include "Simulator/FinderCommand/ContainingApplication.hpp"
@@ -14,7 +16,7 @@ using nlohmann::ordered_json;
 
 /// The value of `text`, or the text itself.
 ordered_json parsed(const std::string& text) {
-    ordered_json value = ordered_json::parse(text, nullptr, false);
+    const ordered_json value = ordered_json::parse(text, nullptr, false);
     return value.is_discarded() ? ordered_json(text) : value;
 }
 
@@ -27,6 +29,9 @@ bool isSame(const ordered_json& left, const ordered_json& right) {
 /// containing application runs that would write it.
 ordered_json performedLines(const QuorvaFolder& folder, std::size_t first,
                             const ordered_json& records, const std::filesystem::path& home) {
+    // A process that has just begun can't be told by its environment yet.
+    const char* const launches = std::getenv("SIMULATOR_LAUNCH");
+    const int patience = launches != nullptr && std::string_view(launches) == "1" ? 20 : 0;
     ordered_json found = ordered_json::array();
     for (int attempt = 0; attempt < 200; ++attempt) {
         found = ordered_json::array();
@@ -38,7 +43,8 @@ ordered_json performedLines(const QuorvaFolder& folder, std::size_t first,
                 found.push_back(line);
             }
         }
-        if (found.size() >= records.size() || containingApplications(home).empty()) {
+        if (found.size() >= records.size() ||
+            (attempt >= patience && containingApplications(home).empty())) {
             break;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(50));

@@ -1,6 +1,7 @@
 #include "Simulator/FinderCommand/MenuEntries.hpp"
 
 #include <algorithm>
+#include <string_view>
 
 #include "Simulator/FinderCommand/ExtensionProcess.hpp"
 #include "Simulator/FinderCommand/Terminal.hpp"
@@ -45,8 +46,10 @@ void addLines(const ordered_json& menu, const std::string& indentation, std::str
         const std::string title = item["title"];
         const bool hasSubmenu = item.contains("submenu");
         if (!item["enabled"]) {
-            tree += indentation +
-                    styled("✕ " + title + (hasSubmenu ? " ▸" : "") + "  (disabled)", Style::dim);
+            const std::string_view arrow = hasSubmenu ? " ▸" : "";
+            tree += indentation;
+            tree += styled(std::string("✕ ").append(title).append(arrow).append("  (disabled)"),
+                           Style::dim);
         } else if (hasSubmenu) {
             tree += indentation + styled(title, Style::bold) + " ▸";
             if (item["submenu"]["items"].empty()) {

@@ -46,9 +46,10 @@ inline nlohmann::ordered_json finderState(const std::vector<std::string>& select
 inline nlohmann::ordered_json menuRequest(const Options& options) {
     nlohmann::ordered_json request = finderState(options.selectedPaths, options.targetedPath);
     request["request"] = "menu";
-    request["kind"] = !options.kind.empty()           ? options.kind
-                      : options.selectedPaths.empty() ? "container"
-                                                      : "items";
+    request["kind"] = options.kind;
+    if (options.kind.empty()) {
+        request["kind"] = options.selectedPaths.empty() ? "container" : "items";
+    }
     return request;
 }
 
