@@ -28,11 +28,11 @@ DecodedCharacter firstCharacterOfUTF8(std::string_view text) {
     if (lead < 0x80) {
         return {lead, 1};
     }
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    const std::size_t length = std::size_t{2} + (lead >= 0xE0 ? 1 : 0) + (lead >= 0xF0 ? 1 : 0);
     if (lead < 0xC2 || lead > 0xF4 || text.size() < length) {
         return {replacementCharacter, 1};
     }
-    char32_t character = lead & (0x7Fu >> length);
+    char32_t character = lead & (0x7FU >> length);
     for (std::size_t index = 1; index < length; ++index) {
         if ((byteAt(index) & 0xC0) != 0x80) {
             return {replacementCharacter, 1};
@@ -93,7 +93,7 @@ std::string utf8WithUTF16(const UTF16& text) {
         const char32_t unit = text[index];
         if (isHighSurrogate(unit) && index + 1 < text.size() && isLowSurrogate(text[index + 1])) {
             ++index;
-            appendUTF8(bytes, 0x10000 + ((unit - 0xD800) << 10) + (text[index] - 0xDC00u));
+            appendUTF8(bytes, 0x10000 + ((unit - 0xD800) << 10) + (text[index] - 0xDC00U));
         } else if (isHighSurrogate(unit) || isLowSurrogate(unit)) {
             appendUTF8(bytes, replacementCharacter);
         } else {

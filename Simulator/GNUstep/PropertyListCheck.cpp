@@ -25,9 +25,9 @@ class ObjectTable {
         const std::size_t trailer = bytes.size() - trailerSize;
         table.offsetSize_ = static_cast<unsigned char>(bytes[trailer + 6]);
         table.referenceSize_ = static_cast<unsigned char>(bytes[trailer + 7]);
-        table.objectCount_ = *table.number(trailer + 8, 8);
-        table.root_ = *table.number(trailer + 16, 8);
-        table.offsets_ = *table.number(trailer + 24, 8);
+        table.objectCount_ = table.number(trailer + 8, 8).value_or(0);
+        table.root_ = table.number(trailer + 16, 8).value_or(0);
+        table.offsets_ = table.number(trailer + 24, 8).value_or(0);
         const bool sizesAreValid = table.offsetSize_ >= 1 && table.offsetSize_ <= 8 &&
                                    table.referenceSize_ >= 1 && table.referenceSize_ <= 8;
         if (!sizesAreValid || table.offsets_ > trailer ||
@@ -56,7 +56,7 @@ class ObjectTable {
 
     /// Absent when the object does not lie within the file.
     [[nodiscard]] std::optional<Object> object(std::size_t index) const {
-        const auto offset = number(offsets_ + index * offsetSize_, offsetSize_);
+        const auto offset = number(offsets_ + (index * offsetSize_), offsetSize_);
         if (!offset || *offset >= bytes_.size()) {
             return std::nullopt;
         }
@@ -94,14 +94,19 @@ class ObjectTable {
 
     [[nodiscard]] std::optional<std::size_t> reference(const Object& object,
                                                        std::size_t index) const {
-        const auto target = number(object.position + index * referenceSize_, referenceSize_);
+        const auto target = number(object.position + (index * referenceSize_), referenceSize_);
         return target && *target < objectCount_ ? target : std::nullopt;
     }
 
-    /// Whether `object` is a text without a NUL; libplist ends the process for any other key.
-    [[nodiscard]] bool isKey(const Object& object) const {
-        const std::string_view text = bytes_.substr(object.position, object.byteCount);
-        if (object.kind == asciiText) {
+    /// Whether the object at `index` is a text without a NUL; libplist ends the process for any
+    /// other key.
+    [[nodiscard]] bool isKey(std::size_t index) const {
+        const auto key = object(index);
+        if (!key || (key->kind != asciiText && key->kind != utf16Text)) {
+            return false;
+        }
+        const std::string_view text = bytes_.substr(key->position, key->byteCount);
+        if (key->kind == asciiText) {
             return !text.contains('\0');
         }
         for (std::size_t unit = 0; unit < text.size(); unit += 2) {
@@ -109,7 +114,7 @@ class ObjectTable {
                 return false;
             }
         }
-        return object.kind == utf16Text;
+        return true;
     }
 
  private:
@@ -236,8 +241,7 @@ class Walk {
         ++parent.next;
         return measure.values <= quorva::propertyListValueLimit &&
                measure.bytes <= quorva::propertyListByteLimit &&
-               measure.depth <= quorva::propertyListDepthLimit &&
-               (!isKey || table_.isKey(*table_.object(child)));
+               measure.depth <= quorva::propertyListDepthLimit && (!isKey || table_.isKey(child));
     }
 
     bool leave() {
@@ -262,9 +266,12 @@ constexpr std::size_t numericReferenceWork = 1'000'000'000;
 
 /// How long the tag, comment or character data is that begins `bytes`.
 std::size_t markupLength(std::string_view bytes) {
-    const std::string_view end = bytes.starts_with("<!--")        ? "-->"
-                                 : bytes.starts_with("<![CDATA[") ? "]]>"
-                                                                  : ">";
+    std::string_view end = ">";
+    if (bytes.starts_with("<!--")) {
+        end = "-->";
+    } else if (bytes.starts_with("<![CDATA[")) {
+        end = "]]>";
+    }
     const std::size_t position = bytes.find(end);
     return position == std::string_view::npos ? bytes.size() : position + end.size();
 }
