@@ -5,13 +5,15 @@
 #include <string_view>
 #include <vector>
 
+#include "QuorvaFinderExtension/MenuItemIdentity.hpp"
+
 namespace quorva {
 namespace {
 
 using Context = std::shared_ptr<const FinderActionContext>;
 
 constexpr std::array<std::string_view, 3> restoredActionIDs = {
-    "copyFilesToFolder", "moveFilesToFolder", "quickOpenPath"};
+    copyFilesToFolderActionID, moveFilesToFolderActionID, quickOpenPathActionID};
 
 /// Appends the items of `menu` and its submenus that have an action and show as `sender` does.
 void appendMatches(std::vector<const MenuItem*>& matches, const MenuItem& sender,
