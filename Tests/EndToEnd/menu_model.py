@@ -1,8 +1,7 @@
 """What the extension must show and do, worked out a second time from the settings.
 
 Nothing here shares code or tables with the extension. A menu is a value of the form that the
-extension's process answers, so a test compares whole menus. The texts are the Simplified Chinese
-ones, which the extension shows without a translation.
+extension's process answers, so a test compares whole menus.
 """
 
 import os
@@ -69,6 +68,11 @@ class Settings:
     custom_destinations: object = UNUSABLE
     custom_shortcut_actions: object = UNUSABLE
     finder_view_presets: object = UNUSABLE
+    translations: dict = field(default_factory=dict)
+
+    def translated(self, key):
+        """The text for a Simplified Chinese one, which stays where there is no other."""
+        return self.translations.get(key, key)
 
     def features(self):
         return MenuSettings(self.feature_settings)
@@ -92,20 +96,22 @@ class Settings:
 
     def _default_destinations(self, kind):
         folders = [
-            {"id": "桌面", "name": "桌面", "path": self.home + "/Desktop"},
-            {"id": "下载", "name": "下载", "path": self.home + "/Downloads"},
-            {"id": "文稿", "name": "文稿", "path": self.home + "/Documents"},
-        ]
+            {"id": self.translated(title), "name": self.translated(title),
+             "path": f"{self.home}/{folder}"}
+            for title, folder in (("桌面", "Desktop"), ("下载", "Downloads"), ("文稿", "Documents"))]
         if kind in ("copy", "move"):
             return folders
         if kind == "quickOpen":
             return [
-                {"id": "home", "name": "用户目录", "path": self.home},
+                {"id": "home", "name": self.translated("用户目录"), "path": self.home},
                 *folders,
-                {"id": "pictures", "name": "图片", "path": self.home + "/Pictures"},
-                {"id": "applications", "name": "应用程序", "path": "/Applications"},
+                {"id": "pictures", "name": self.translated("图片"),
+                 "path": self.home + "/Pictures"},
+                {"id": "applications", "name": self.translated("应用程序"),
+                 "path": "/Applications"},
             ]
-        return [entry for entry in DEFAULT_APPLICATIONS if os.path.exists(entry["path"])]
+        return [{**entry, "name": self.translated(entry["name"])}
+                for entry in DEFAULT_APPLICATIONS if os.path.exists(entry["path"])]
 
     def user_destinations(self, kind):
         built_in = [self.real_home + folder for folder in ("/Desktop", "/Downloads", "/Documents")]
@@ -128,7 +134,8 @@ class Settings:
     def presets(self):
         entries = string_dictionaries(self.finder_view_presets)
         if entries is None:
-            return DEFAULT_PRESETS
+            return [{**preset, "name": self.translated(preset["name"])}
+                    for preset in DEFAULT_PRESETS]
         return [{"id": entry["id"], "name": shown_preset_name(entry["name"])}
                 for entry in entries
                 if all(key in entry for key in ("id", "name", "viewMode", "sortMode"))]
@@ -271,7 +278,8 @@ class MenuBuilder:
                         f" target={target} grouped={'true' if settings.grouped else 'false'}"
                         f" layout={settings.layout}")
         if not settings.features:
-            return {"title": "Quorva", "items": [plain_item("没有已启用功能", enabled=False)]}
+            return {"title": "Quorva", "items": [plain_item(
+                self._settings.translated("没有已启用功能"), enabled=False)]}
         items = self._expanded() if settings.layout == "expanded" else self._collapsed()
         if settings.grouped:
             self.log.append(f"menu grouped under Quorva topLevel=1 submenuItems={len(items)}")
@@ -303,7 +311,7 @@ class MenuBuilder:
         for feature in self._menu_settings.features:
             run = self._run(feature)
             if run or feature != "customActions":
-                items.append(plain_item(TITLES[feature], submenu=run))
+                items.append(plain_item(self._settings.translated(TITLES[feature]), submenu=run))
         return items
 
     def _run(self, feature):
@@ -330,7 +338,8 @@ class MenuBuilder:
         return run
 
     def _command(self, command):
-        return context_item(command[0], command[1], command[2], self._request)
+        action_id, title, action, _ = command
+        return context_item(action_id, self._settings.translated(title), action, self._request)
 
     def _quick_open(self):
         return [
@@ -345,7 +354,8 @@ class MenuBuilder:
         entries = self._settings.user_destinations(kind)
         if not entries:
             return []
-        return [plain_item(title, submenu=[
+        prefix = self._settings.translated(prefix)
+        return [plain_item(self._settings.translated(title), submenu=[
             context_item(action_id, prefix + entry["name"], action, self._request, entry["path"])
             for entry in entries])]
 
@@ -512,6 +522,6 @@ class ClickModel:
                 return self._preset(preset)
         for _, _, commands in FEATURES:
             for action_id, command_title, action, _ in commands:
-                if command_title == title:
+                if self._settings.translated(command_title) == title:
                     return context(action_id, title, action, Request())
         return None

@@ -2,6 +2,7 @@
 
 import json
 import random
+import statistics
 import time
 import unittest
 
@@ -23,18 +24,17 @@ class SuddenDeathTest(EndToEndTestCase):
         click = json.dumps({
             "id": 1, "request": "send", "item": {"title": "压缩为 ZIP"},
             "selectedPaths": CLICKED.selected, "targetedPath": CLICKED.targeted}).encode() + b"\n"
-        extensions = [self.start() for _ in range(STARTED_AHEAD)]
+        self.started = [self.start() for _ in range(STARTED_AHEAD)]
+        durations = [self.duration_of(click) for _ in range(9)]
         for _ in range(KILLS):
-            extension = extensions.pop(0)
-            extensions.append(self.start())
-            self.assertEqual(extension.read_answer()["name"], "Quorva")
+            extension = self.next_extension()
             extension.send_bytes(click)
-            time.sleep(generator.uniform(0, 0.006))
+            time.sleep(generator.uniform(0, statistics.median(durations)))
             extension.kill()
             self.check_queue()
-        for extension in extensions:
+        for extension in self.started:
             extension.kill()
-        # Deaths before, and deaths after the record: else the moments were no test.
+        # Some died before their record and some after it: else the moments were no test.
         self.assertGreater(self.whole, 0)
         self.assertLess(self.whole, KILLS)
 
@@ -48,6 +48,24 @@ class SuddenDeathTest(EndToEndTestCase):
         self.addCleanup(extension.kill)
         extension.send_line(b'{"id":0,"request":"toolbar"}')
         return extension
+
+    def next_extension(self):
+        """A process that waits for the click."""
+        self.started.append(self.start())
+        extension = self.started.pop(0)
+        self.assertEqual(extension.read_answer()["name"], "Quorva")
+        return extension
+
+    def duration_of(self, click):
+        """How long a click takes from one end to the other, for the moments within it."""
+        extension = self.next_extension()
+        begin = time.monotonic()
+        extension.send_bytes(click)
+        extension.read_answer()
+        duration = time.monotonic() - begin
+        extension.kill()
+        self.home.take_records()
+        return duration
 
     def check_queue(self):
         """Checks and removes what a kill left."""

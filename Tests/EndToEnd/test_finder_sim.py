@@ -1,0 +1,189 @@
+"""The Finder for the command line."""
+
+import json
+import subprocess
+import unittest
+
+import samples
+from menu_model import MenuBuilder, Request, actionable_items
+from quorva_process import (
+    TIME_LIMIT, EndToEndTestCase, application_bundle, build_folder, end_containing_application,
+    program_environment, until)
+
+SELECT = ["--select", "/Volumes/Work/a.txt", "--target", "/Volumes/Work"]
+REQUEST = Request(["/Volumes/Work/a.txt"], "/Volumes/Work")
+
+
+class FinderSimTest(EndToEndTestCase):
+
+    def setUp(self):
+        super().setUp()
+        self.settings = self.home.settings(
+            feature_settings=samples.feature_settings(), **samples.user_data())
+        self.home.write_settings(self.settings)
+
+    def run_finder_sim(self, *arguments, display=True, environment=None):
+        return subprocess.run(
+            [build_folder() / "finder-sim", *arguments], stdin=subprocess.DEVNULL,
+            capture_output=True, encoding="utf-8", timeout=TIME_LIMIT,
+            env=program_environment(self.home, display=display) | (environment or {}))
+
+    def finder_sim(self, *arguments, **options):
+        """Standard output of a call that must succeed."""
+        result = self.run_finder_sim(*arguments, **options)
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        return result.stdout
+
+    def refused(self, *arguments):
+        """Standard error of a call that must fail."""
+        result = self.run_finder_sim(*arguments)
+        self.assertNotEqual(result.returncode, 0)
+        self.assertEqual(result.stdout, "")
+        self.assertTrue(result.stderr.startswith("finder-sim: "), result.stderr)
+        return result.stderr
+
+    def test_the_menu_is_shown_as_a_tree(self):
+        lines = self.finder_sim("menu", *SELECT).splitlines()
+        at = next(index for index, line in enumerate(lines) if "压缩与解压缩" in line)
+        indentations = [len(line) - len(line.lstrip()) for line in lines[at:at + 5]]
+        self.assertEqual([line.split()[0] for line in lines[at + 1:at + 4]],
+                         ["压缩为", "解压到当前文件夹", "解压到同名文件夹"])
+        self.assertTrue(indentations[0] < indentations[1] == indentations[2] == indentations[3])
+        self.assertEqual(indentations[4], indentations[0])
+
+    def test_the_tree_has_every_entry(self):
+        tree = self.finder_sim("menu", *SELECT)
+        for _, item in actionable_items(MenuBuilder(self.settings, REQUEST).menu()):
+            self.assertIn(item["title"], tree)
+
+    def test_what_can_t_be_clicked_is_marked_without_colours(self):
+        tree = self.finder_sim("menu")
+        self.assertNotIn("\x1b", tree)
+        marked = next(line for line in tree.splitlines() if "压缩为 ZIP" in line)
+        plain = next(line for line in tree.splitlines() if "新建文件夹" in line)
+        self.assertEqual(plain.strip(), "新建文件夹")
+        self.assertNotEqual(marked.strip(), "压缩为 ZIP")
+
+    def test_separators_are_shown(self):
+        self.home.write("FeatureSettings.plist", {
+            "enabledFeatureIDs": ["archiveTools", "viewOptions"], "menuLayout": "expanded"})
+        lines = self.finder_sim("menu", *SELECT).splitlines()
+        self.assertEqual(len(lines), 6)
+        self.assertNotRegex(lines[3], r"\w")
+        self.assertNotEqual(lines[3].strip(), "")
+
+    def test_the_menu_as_json_is_the_extension_s(self):
+        answer = json.loads(self.finder_sim("menu", "--json", *SELECT))
+        self.assertEqual(answer["menu"], MenuBuilder(self.settings, REQUEST).menu())
+
+    def test_the_kind_of_the_menu_reaches_the_extension(self):
+        for number, kind in enumerate(("items", "container", "sidebar", "toolbar")):
+            answer = json.loads(self.finder_sim("menu", "--json", "--kind", kind))
+            self.assertIn(f"kind={number},", answer["unifiedLog"][-1]["message"])
+
+    def test_several_items_are_selected_in_their_order(self):
+        answer = json.loads(self.finder_sim(
+            "menu", "--json", "--select", "/b", "--select", "/a", "--select", "/c"))
+        item = next(item for _, item in actionable_items(answer["menu"]))
+        self.assertEqual(item["representedObject"]["selectedPaths"], ["/b", "/a", "/c"])
+
+    def test_a_click_by_the_path_of_titles_queues_a_record(self):
+        for delivery in ("intact", "finder"):
+            output = self.finder_sim("click", "复制到", "复制到文件夹", "复制到项目", *SELECT,
+                                     "--delivery", delivery)
+            [record] = self.home.take_records()
+            self.assertEqual((record["actionID"], record["destinationPath"]),
+                             ("copyFilesToFolder", "/Volumes/Work/项目"))
+            for shown in ("copyFilesToFolder", "app.ferrolin.Quorva.ActionQueued",
+                          str(application_bundle())):
+                self.assertIn(shown, output)
+
+    def test_a_click_as_json_tells_the_record_and_the_events(self):
+        answer = json.loads(self.finder_sim("click", "压缩为 ZIP", *SELECT, "--json"))
+        self.assertEqual([event["event"] for event in answer["events"]],
+                         ["notification", "openApplication"])
+        [(name, record)] = answer["records"].items()
+        self.assertEqual(name, self.home.record_files()[0].name)
+        self.assertEqual(record, self.home.records()[0])
+
+    def test_a_click_that_launches_shows_what_was_performed(self):
+        self.addCleanup(end_containing_application, application_bundle())
+        answer = json.loads(self.finder_sim("click", "压缩为 ZIP", *SELECT, "--launch", "--json"))
+        until(lambda: self.home.performed() and not self.home.records(), "the record was performed")
+        self.assertEqual([line["actionID"] for line in answer["performed"]], ["compressToZIP"])
+
+    def test_an_unknown_title_lists_what_there_is_to_click(self):
+        error = self.refused("click", "压缩与解压缩", "nothing", *SELECT)
+        self.assertIn("nothing", error.splitlines()[0])
+        for _, item in actionable_items(MenuBuilder(self.settings, REQUEST).menu()):
+            self.assertIn(item["title"], error)
+        self.assertEqual(self.home.records(), [])
+
+    def test_an_entry_that_is_disabled_is_not_clicked(self):
+        self.refused("click", "压缩为 ZIP")
+        self.assertEqual(self.home.records(), [])
+
+    def test_a_title_that_several_entries_have_is_not_guessed(self):
+        self.home.write("CustomDestinations.plist", {
+            "quickOpen": [{"id": "1", "name": "压缩为 ZIP", "path": "/1"}]})
+        self.refused("click", "压缩为 ZIP", *SELECT)
+        self.assertEqual(self.home.records(), [])
+        self.finder_sim("click", "打开", "压缩为 ZIP", *SELECT)
+        self.assertEqual(self.home.records()[0]["destinationPath"], "/1")
+
+    def test_the_monitored_folders_are_listed(self):
+        lines = self.finder_sim("directories").splitlines()
+        self.assertIn(str(self.home.path / "Desktop"), lines)
+        self.assertEqual(json.loads(self.finder_sim("directories", "--json"))["directories"], lines)
+
+    def test_the_account_s_home_is_an_option(self):
+        lines = self.finder_sim("directories", "--account-home", "/Users/grace").splitlines()
+        self.assertIn("/Users/grace/Desktop", lines)
+
+    def test_the_home_is_an_option(self):
+        other = type(self.home)()
+        self.finder_sim("click", "压缩为 ZIP", *SELECT, "--home", str(other.path))
+        self.assertEqual((len(other.records()), len(self.home.records())), (1, 0))
+
+    def test_the_language_is_an_option(self):
+        self.finder_sim("click", "Compress to ZIP", *SELECT, "--language", "en")
+        self.assertEqual(self.home.records()[0]["title"], "Compress to ZIP")
+
+    def test_without_a_display_one_is_started_and_ended(self):
+        self.finder_sim("click", "压缩为 ZIP", *SELECT, display=False)
+        self.assertEqual(len(self.home.records()), 1)
+
+    def test_a_display_that_does_not_answer_is_replaced(self):
+        self.finder_sim("click", "压缩为 ZIP", *SELECT, environment={"DISPLAY": ":4711"})
+        self.assertEqual(len(self.home.records()), 1)
+
+    def test_help_is_answered_with_status_0(self):
+        for arguments in (["--help"], ["menu", "--help"], ["click", "--help"],
+                          ["directories", "--help"], ["demo", "--help"]):
+            output = self.finder_sim(*arguments)
+            self.assertIn("Usage", output)
+        for name in ("menu", "click", "directories", "demo"):
+            self.assertIn(name, self.finder_sim("--help"))
+        for option in ("--select", "--target", "--kind", "--home", "--account-home", "--delivery",
+                       "--launch", "--json"):
+            self.assertIn(option, self.finder_sim("click", "--help"))
+
+    def test_wrong_arguments_are_answered_with_one_line_and_another_status(self):
+        for arguments in ([], ["fly"], ["menu", "--kind", "desktop"], ["menu", "--fly"],
+                          ["click", "x", "--delivery", "xpc"], ["menu", "--select"], ["click"],
+                          ["menu", "--home", str(self.home.path / "none")]):
+            with self.subTest(arguments=arguments):
+                self.assertEqual(self.refused(*arguments).count("\n"), 1)
+
+    def test_the_demonstration_leaves_the_home_alone(self):
+        before = sorted(self.home.path.rglob("*"))
+        output = self.finder_sim("demo")
+        self.assertEqual(sorted(self.home.path.rglob("*")), before)
+        for shown in ("copyFilesToFolder", "moveFilesToFolder", "quickOpenPath",
+                      "openWithApplicationPath", "finderViewPreset__", "runShortcut__",
+                      "runScript__", "app.ferrolin.Quorva.ActionQueued"):
+            self.assertIn(shown, output)
+
+
+if __name__ == "__main__":
+    unittest.main()
