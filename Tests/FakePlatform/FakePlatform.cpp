@@ -296,7 +296,6 @@ using fakePlatform::Entry;
 using fakePlatform::Event;
 using fakePlatform::File;
 using fakePlatform::Operation;
-using fakePlatform::State;
 using fakePlatform::state;
 
 namespace {

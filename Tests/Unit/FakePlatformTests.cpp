@@ -15,7 +15,6 @@ namespace quorva {
 namespace {
 
 using fakePlatform::Operation;
-using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
 using FakePlatformTest = UnitTest;

@@ -663,7 +663,8 @@ class SettingsGenerator {
         if (chance(4)) {
             return;
         }
-        dictionary.insert_or_assign(key, chance(20) ? PropertyList(std::int64_t{7}) : value);
+        dictionary.insert_or_assign(key,
+                                    chance(20) ? PropertyList(std::int64_t{7}) : std::move(value));
     }
 
     PropertyList ids(const std::vector<std::string>& pool, std::size_t limit) {

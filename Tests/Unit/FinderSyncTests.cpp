@@ -12,10 +12,8 @@ namespace {
 using fakePlatform::Event;
 using fakePlatform::Operation;
 using fakePlatform::UnifiedLogRecord;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 using testing::SizeIs;
 
 using URLs = std::set<FileURL>;

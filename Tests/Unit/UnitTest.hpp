@@ -76,7 +76,7 @@ inline PropertyList::Array strings(std::initializer_list<const char*> texts) {
 }
 
 inline PropertyList::Array list(std::initializer_list<PropertyList> values) {
-    return PropertyList::Array(values.begin(), values.end());
+    return {values.begin(), values.end()};
 }
 
 using TextMember = std::pair<const char*, const char*>;
