@@ -54,7 +54,8 @@ class ObjectTable {
         std::size_t keyCount;
     };
 
-    /// Absent when the object does not lie within the file.
+    /// Absent when the object does not lie within the file, and for a set, which is no value of a
+    /// property list and which libplist takes for an array.
     [[nodiscard]] std::optional<Object> object(std::size_t index) const {
         const auto offset = number(offsets_ + (index * offsetSize_), offsetSize_);
         if (!offset || *offset >= bytes_.size()) {
@@ -62,6 +63,9 @@ class ObjectTable {
         }
         const unsigned marker = static_cast<unsigned char>(bytes_[*offset]);
         Object object{marker >> 4, *offset + 1, 0, 0, 0};
+        if (object.kind == set) {
+            return std::nullopt;
+        }
         const std::size_t unitSize = sizeOfUnit(object.kind);
         if (unitSize == 0) {
             return object;
@@ -136,7 +140,6 @@ class ObjectTable {
             case utf16Text:
                 return 2;
             case array:
-            case set:
                 return referenceSize_;
             case dictionary:
                 return 2 * referenceSize_;
@@ -328,6 +331,7 @@ std::optional<std::string> readableXMLPropertyList(std::string_view bytes) {
     readable.reserve(bytes.size());
     std::size_t depth = 0;
     std::size_t numericReferences = 0;
+    bool isBehindKey = false;
     while (!bytes.empty()) {
         const std::size_t position = std::min(bytes.find_first_of("<&"), bytes.size());
         readable += bytes.substr(0, position);
@@ -344,6 +348,12 @@ std::optional<std::string> readableXMLPropertyList(std::string_view bytes) {
         }
         if ((markup.starts_with("</dict") || markup.starts_with("</array")) && depth > 0) {
             --depth;
+        }
+        if (!markup.starts_with("<!")) {
+            if (isBehindKey && markup.starts_with("</dict")) {
+                return std::nullopt;
+            }
+            isBehindKey = markup.starts_with("</key") || markup == "<key/>";
         }
         readable += markup;
         bytes.remove_prefix(markup.size());

@@ -16,11 +16,12 @@ PropertyListEncoding propertyListEncoding(std::string_view bytes);
 /// libplist 2.2.0 unfolds shared references, recurses, and ends the process for a key with a NUL.
 /// So the object table is walked here first, each object once and without recursion: a list with a
 /// cycle or such a key, or one that goes beyond a limit of `Platform/PropertyListSerialization.hpp`
-/// when it is unfolded, is not for it.
+/// when it is unfolded, is not for it. Neither is one with a set, which it takes for an array.
 bool isReadableBinaryPropertyList(std::string_view bytes);
 
 /// `bytes`, which are in the XML encoding, in a form that libplist reads within a moment. Nothing
-/// when they are too deep, hold a NUL, or end in the middle, with which libplist would be content.
+/// when they are too deep, hold a NUL, or end in the middle or in a dictionary's key without a
+/// value, with which libplist would be content.
 ///
 /// A byte order mark, which libplist does not know, is left out, and the five named references are
 /// written out, because libplist takes time with the square of their number.

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #import "Simulator/GNUstep/MethodExchange.h"
@@ -18,6 +19,16 @@ template <typename Memory>
 using Allocated = std::unique_ptr<Memory, FreeMemory>;
 
 using Node = std::unique_ptr<void, decltype(&plist_free)>;
+
+/// Text as it stands. GNUstep drops a byte order mark from the beginning of UTF-8, so the text is
+/// put behind a space first. Nil when the bytes are no UTF-8.
+NSString* foundationString(std::string_view text) {
+    const std::string behindASpace = " " + std::string(text);
+    NSString* string = [[[NSString alloc] initWithBytes:behindASpace.data()
+                                                 length:behindASpace.size()
+                                               encoding:NSUTF8StringEncoding] autorelease];
+    return [string substringFromIndex:1];
+}
 
 id foundationObject(plist_t node);
 
@@ -52,7 +63,7 @@ NSDictionary* foundationDictionary(plist_t node) {
             return dictionary;
         }
         id object = foundationObject(value);
-        NSString* string = key == nullptr ? nil : [NSString stringWithUTF8String:key];
+        NSString* string = key == nullptr ? nil : foundationString(key);
         if (object == nil || string == nil) {
             return nil;
         }
@@ -68,8 +79,11 @@ id foundationObject(plist_t node) {
             return foundationDictionary(node);
         case PLIST_ARRAY:
             return foundationArray(node);
-        case PLIST_STRING:
-            return [NSString stringWithUTF8String:plist_get_string_ptr(node, nullptr)];
+        case PLIST_STRING: {
+            std::uint64_t length = 0;
+            const char* text = plist_get_string_ptr(node, &length);
+            return foundationString({text, length});
+        }
         case PLIST_BOOLEAN: {
             std::uint8_t value = 0;
             plist_get_bool_val(node, &value);
