@@ -513,7 +513,7 @@ TEST_F(FinderFeatureSettingsTest, VisibleFeatureWithoutEnabledCommandGetsAllOfTh
     EXPECT_THAT(value.enabledChildIDs,
                 IsSupersetOf({"mergePDFs", "splitPDFs", "imagesToPDF", "compressPDF"}));
     EXPECT_EQ(value.children(FinderFeature::copyPath).size(), 1U);
-    EXPECT_EQ(value.children(FinderFeature::pdfTools).size(), 4U);
+    ASSERT_EQ(value.children(FinderFeature::pdfTools).size(), 4U);
     EXPECT_EQ(value.children(FinderFeature::pdfTools).front().actionID, "compressPDF");
     // "archiveTools" is not visible, so nothing of it is switched on.
     EXPECT_THAT(value.enabledChildIDs, Not(Contains("compressToZIP")));
