@@ -13,7 +13,8 @@ setup:  ## install what is missing
 build: setup
 	@scripts/build $(PRESET)
 
-run: build  ## build, and show a menu, clicks and their records in a simulated Finder
+run: setup  ## show a menu, clicks and their records in a simulated Finder
+	@scripts/build $(PRESET) finder-sim Quorva QuorvaFinderExtension
 	@build/$(PRESET)/finder-sim demo
 
 test: setup  ## build and pass every test
