@@ -181,7 +181,7 @@ class ClickRoutesTest : public FinderMenuActionHandlerTest {
             PropertyList::Dictionary{
                 {"copy", list({destination("c", "项目", "/copies")})},
                 {"move", list({destination("m", "项目", "/moves")})},
-                {"quickOpen", list({destination("q", "工作", "/work"),
+                {"quickOpen", list({destination("q", "工作", "/jobs"),
                                     destination("h", "用户目录", "/Users/ada")})},
                 {"openApplication", list({destination("x", "应用", "/x.app")})}});
         platform().putPropertyList(customShortcutActionsPath, list({shortcut("s", "快捷", "S"),
@@ -328,8 +328,8 @@ TEST_F(ClickRoutesTest, EveryKindOfEntryArrivesByEveryRouteThatKnowsIt) {
           {title, nullptr, "", "", "", ""}}},
         {"quick-open location",
          "工作",
-         {{object, "quickOpenPath", "工作", "/work", "", ""},
-          {dictionary, "quickOpenPath", "工作", "/work", "", ""},
+         {{object, "quickOpenPath", "工作", "/jobs", "", ""},
+          {dictionary, "quickOpenPath", "工作", "/jobs", "", ""},
           {identifier, nullptr, "", "", "", ""},
           {tag, nullptr, "", "", "", ""},
           {title, nullptr, "", "", "", ""}}},
