@@ -467,6 +467,17 @@ class EndToEndTestCase(unittest.TestCase):
         finally:
             process.kill()
 
+    def assert_handed_over(self, events):
+        """A notification, and a launch unless the application of someone else's run is running.
+
+        Where it is this run's own, the tests of the hand-off say exactly what happens.
+        """
+        self.assertEqual(events[:1], [{
+            "event": "notification", "name": "app.ferrolin.Quorva.ActionQueued", "userInfo": None}])
+        self.assertIn(events[1:], ([], [{
+            "event": "openApplication", "path": str(application_bundle()), "activates": False,
+            "addsToRecentItems": False}]))
+
     def assert_record(self, record, expected):
         """Compares a queue record with what it has to say, but for its time."""
         self.assertEqual(list(record), RECORD_KEYS)

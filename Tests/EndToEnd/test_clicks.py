@@ -9,20 +9,11 @@ from uuid import UUID
 import samples
 from menu_model import ClickModel, MenuBuilder, Request, UNUSABLE, actionable_items
 from quorva_process import (
-    CUSTOM_SHORTCUT_ACTIONS, FINDER_VIEW_PRESETS, RECORD_KEYS, EndToEndTestCase,
-    application_bundle, item_at)
+    CUSTOM_SHORTCUT_ACTIONS, FINDER_VIEW_PRESETS, RECORD_KEYS, EndToEndTestCase, item_at)
 
 NOTHING = Request()
 AT_MENU = Request(["/Volumes/Work/a.txt", "/Volumes/Work/b.txt"], "/Volumes/Work")
 AT_CLICK = Request(["/Volumes/Other/c.txt"], "/Volumes/Other")
-
-QUEUED = {"event": "notification", "name": "app.ferrolin.Quorva.ActionQueued", "userInfo": None}
-
-
-def opened(path):
-    return {"event": "openApplication", "path": str(path), "activates": False,
-            "addsToRecentItems": False}
-
 
 def context(action_id, title="Title", action="requiresSelection", selected=(), targeted=None,
             destination="", preset=""):
@@ -196,7 +187,7 @@ class ClickTestCase(EndToEndTestCase):
         [record] = self.home.take_records()
         self.assert_record(record, expected)
         self.assertEqual(self.home.new_log_messages(), log)
-        self.assertEqual(answer["events"], [QUEUED, opened(application_bundle())])
+        self.assert_handed_over(answer["events"])
         self.assertEqual(answer["unifiedLog"], [])
 
     def check_nothing(self, answer, log):
