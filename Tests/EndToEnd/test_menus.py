@@ -208,7 +208,7 @@ FINDER_VIEW_PRESETS_CASES = {
     "an empty id and an empty name": [{**PRESET, "id": "", "name": ""}],
     "ids with prefixes": [{**PRESET, "id": "finderViewPreset__p"}, {**PRESET, "id": "a__b"}],
     "numbers behind the names": [{**PRESET, "name": name} for name in (
-        "列表 · 最近修改 2", "列表 2", "列表 · 最近修改 2a", "a · b · c 12", " · 3", "a ·  3",
+        "列表 · 最近修改 2", "列表 2", "列表 · 最近修改 2a", "a · b · c 12", " · 3", " · b 3", "a ·  3",
         "a · b 3 4", "a · b  5", "a · b 5 ", "a · b5", "a·b 5", "a · b ５", "x · y 0123456789",
         "a\n · b 3", "a · b\u2028c 3", "a · b\n3", " ·  · x 1")],
     "names with line breaks and emoji": [{**PRESET, "name": "one\ntwo 🪟 e\u0301"}],

@@ -29,7 +29,7 @@ PREFIXES = (OPEN_WITH_PREFIX, SHORTCUT_PREFIX, SCRIPT_PREFIX, PRESET_PREFIX, "__
 IDS = ["a", "b", "c", "1", "", "vscode", "cursor", "preview", "pages", "list-modified", "x__y",
        "runScript__a", "é", "e\u0301", "a\nb", "📁"]
 NAMES = ["A", "B", "C", "", "项目", "桌面", "Pages", "Zed", "列表 · 最近修改", "图标 · 按名称 2",
-         "a · b · c 12", "列表 2", " · 3", "a\n · b 1", "新建文件夹", "压缩为 ZIP", "复制到桌面",
+         "a · b · c 12", "列表 2", " · b 3", "a\n · b 1", "新建文件夹", "压缩为 ZIP", "复制到桌面",
          "复制到A", "é", "e\u0301", 'say "x"', "two\nlines", "👩‍👩‍👧‍👦", " ", "\ufeff", "%@%s%n"]
 PATHS = ["/a", "/b/c", "", "relative", "/Applications/Pages.app", "/Applications/Cursor.app",
          "/Applications/Visual Studio Code.app", "/System/Applications/Preview.app",
