@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -41,6 +42,7 @@ void setUp(const std::string& layout, std::int64_t destinations, std::int64_t se
                               {"openApplication", entries("application", destinations)},
                           });
     std::vector<FileURL> selection;
+    selection.reserve(static_cast<std::size_t>(selected));
     for (std::int64_t index = 0; index < selected; ++index) {
         selection.push_back(FileURL::file("/Users/ada/Documents/file " + std::to_string(index)));
     }
@@ -61,7 +63,7 @@ void forgetHistory() {
 void requestMenu(benchmark::State& benchmark, const std::string& layout) {
     setUp(layout, benchmark.range(0), benchmark.range(1));
     const quorva::FinderSync finderSync;
-    for (auto round : benchmark) {
+    for ([[maybe_unused]] auto round : benchmark) {
         benchmark::DoNotOptimize(finderSync.menu(quorva::MenuKind::contextualMenuForItems));
         benchmark.PauseTiming();
         forgetHistory();
@@ -87,7 +89,7 @@ void click(benchmark::State& benchmark) {
     const quorva::FinderSync finderSync;
     quorva::MenuItem sender;
     sender.title = "压缩为 ZIP";
-    for (auto round : benchmark) {
+    for ([[maybe_unused]] auto round : benchmark) {
         finderSync.performFeatureChild(sender);
         benchmark.PauseTiming();
         setUp("collapsed", 5, benchmark.range(0));
@@ -107,7 +109,7 @@ void presetNames(benchmark::State& benchmark) {
         settingsFolder + "FinderViewPresets.plist",
         PropertyList::Array{PropertyList::Dictionary{
             {"id", "x"}, {"name", name}, {"viewMode", "list"}, {"sortMode", "name"}}});
-    for (auto round : benchmark) {
+    for ([[maybe_unused]] auto round : benchmark) {
         benchmark::DoNotOptimize(quorva::FinderViewPresetSettings::presets());
     }
     benchmark.SetComplexityN(benchmark.range(0));

@@ -67,7 +67,7 @@ void menuValue(benchmark::State& benchmark) {
         const quorva::FinderSync finderSync;
         FIFinderSyncController* controller = [FIFinderSyncController defaultController];
         [controller beginWithSelectedItemURLs:selection(benchmark.range(1)) targetedURL:nil];
-        for (auto round : benchmark) {
+        for ([[maybe_unused]] auto round : benchmark) {
             @autoreleasepool {
                 benchmark::DoNotOptimize(finderSync.menu(quorva::MenuKind::contextualMenuForItems));
             }
@@ -86,7 +86,7 @@ void menuRequest(benchmark::State& benchmark) {
         FinderSync* finderSync = [[FinderSync alloc] init];
         FIFinderSyncController* controller = [FIFinderSyncController defaultController];
         [controller beginWithSelectedItemURLs:selection(benchmark.range(1)) targetedURL:nil];
-        for (auto round : benchmark) {
+        for ([[maybe_unused]] auto round : benchmark) {
             @autoreleasepool {
                 benchmark::DoNotOptimize(
                     [finderSync menuForMenuKind:FIMenuKindContextualMenuForItems]);
@@ -111,7 +111,7 @@ void click(benchmark::State& benchmark) {
             [[[NSMenuItem alloc] initWithTitle:quorva::foundationString("压缩为 ZIP")
                                         action:@selector(performFeatureChild:)
                                  keyEquivalent:@""] autorelease];
-        for (auto round : benchmark) {
+        for ([[maybe_unused]] auto round : benchmark) {
             @autoreleasepool {
                 [finderSync performFeatureChild:sender];
             }

@@ -6,6 +6,7 @@
 #import "Cocoa/MenuRendering.h"
 #import "Cocoa/PropertyListConversion.h"
 #import "Cocoa/StringConversion.h"
+#include "QuorvaFinderExtension/Containment.hpp"
 
 @implementation FinderSync
 
@@ -14,15 +15,17 @@
     if (self != nil) {
         @autoreleasepool {
             _finderSync.emplace();
-            @try {
-                [[NSDistributedNotificationCenter defaultCenter]
-                    addObserver:self
-                       selector:@selector(handleSettingsChanged:)
-                           name:[FinderSync settingsChangedNotificationName]
-                         object:nil];
-            } @catch (NSException* exception) {
-                NSLog(@"observing the settings failed: %@", exception.reason);
-            }
+            quorva::contain([&] {
+                @try {
+                    [[NSDistributedNotificationCenter defaultCenter]
+                        addObserver:self
+                           selector:@selector(handleSettingsChanged:)
+                               name:[FinderSync settingsChangedNotificationName]
+                             object:nil];
+                } @catch (NSException* exception) {
+                    NSLog(@"observing the settings failed: %@", exception.reason);
+                }
+            });
         }
     }
     return self;
@@ -30,14 +33,16 @@
 
 - (void)dealloc {
     @autoreleasepool {
-        @try {
-            [[NSDistributedNotificationCenter defaultCenter]
-                removeObserver:self
-                          name:[FinderSync settingsChangedNotificationName]
-                        object:nil];
-        } @catch (NSException* exception) {
-            NSLog(@"ending the observation of the settings failed: %@", exception.reason);
-        }
+        quorva::contain([&] {
+            @try {
+                [[NSDistributedNotificationCenter defaultCenter]
+                    removeObserver:self
+                              name:[FinderSync settingsChangedNotificationName]
+                            object:nil];
+            } @catch (NSException* exception) {
+                NSLog(@"ending the observation of the settings failed: %@", exception.reason);
+            }
+        });
     }
     [super dealloc];
 }
@@ -54,6 +59,7 @@
     return quorva::foundationString(quorva::FinderSync::toolbarItemToolTip);
 }
 
+// Finder shows a toolbar item only when it has an image too.
 - (NSImage*)toolbarItemImage {
     return [NSImage imageNamed:NSImageNameActionTemplate];
 }
@@ -61,36 +67,45 @@
 - (NSMenu*)menuForMenuKind:(FIMenuKind)whichMenu {
     NSMenu* menu = nil;
     @autoreleasepool {
-        @try {
-            _menu = _finderSync->menu(static_cast<quorva::MenuKind>(whichMenu));
-            menu = [quorva::renderedMenu(_menu, self) retain];
-        } @catch (NSException* exception) {
-            NSLog(@"rendering the menu failed: %@", exception.reason);
-        }
+        quorva::contain([&] {
+            @try {
+                quorva::Menu requested =
+                    _finderSync->menu(static_cast<quorva::MenuKind>(whichMenu));
+                menu = [quorva::renderedMenu(requested, self) retain];
+                _menu = std::move(requested);
+            } @catch (NSException* exception) {
+                NSLog(@"rendering the menu failed: %@", exception.reason);
+            }
+        });
     }
     return [menu autorelease];
 }
 
 - (void)performFeatureChild:(id)sender {
     @autoreleasepool {
-        @try {
-            if ([sender isKindOfClass:[NSMenuItem class]]) {
-                _finderSync->performFeatureChild(
-                    quorva::deliveredMenuItem(quorva::menuItem(sender), _menu));
+        quorva::contain([&] {
+            @try {
+                if ([sender isKindOfClass:[NSMenuItem class]]) {
+                    _finderSync->performFeatureChild(
+                        quorva::deliveredMenuItem(quorva::menuItem(sender), _menu));
+                }
+            } @catch (NSException* exception) {
+                NSLog(@"reading the clicked item failed: %@", exception.reason);
             }
-        } @catch (NSException* exception) {
-            NSLog(@"reading the clicked item failed: %@", exception.reason);
-        }
+        });
     }
 }
 
 - (void)handleSettingsChanged:(NSNotification*)notification {
     @autoreleasepool {
-        @try {
-            _finderSync->handleSettingsChanged(quorva::propertyListEntries(notification.userInfo));
-        } @catch (NSException* exception) {
-            NSLog(@"reading the notification failed: %@", exception.reason);
-        }
+        quorva::contain([&] {
+            @try {
+                _finderSync->handleSettingsChanged(
+                    quorva::propertyListEntries(notification.userInfo));
+            } @catch (NSException* exception) {
+                NSLog(@"reading the notification failed: %@", exception.reason);
+            }
+        });
     }
 }
 

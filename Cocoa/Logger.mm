@@ -13,8 +13,8 @@ os_log_t logObject(void* log) {
 
 }  // namespace
 
-quorva::Logger::Logger(std::string_view subsystem, std::string_view category)
-    : log_(os_log_create(std::string(subsystem).c_str(), std::string(category).c_str())) {}
+quorva::Logger::Logger(const char* subsystem, const char* category) noexcept
+    : log_(os_log_create(subsystem, category)) {}
 
 quorva::Logger::~Logger() {
     [logObject(log_) release];

@@ -4,6 +4,19 @@
 
 #import "Cocoa/ErrorConversion.h"
 #import "Cocoa/URLConversion.h"
+#include "QuorvaFinderExtension/Containment.hpp"
+
+namespace {
+
+std::optional<quorva::Error> launchError(NSError* error) {
+    @try {
+        return error == nil ? std::nullopt : std::optional(quorva::platformError(error));
+    } @catch (NSException* exception) {
+        return quorva::platformError(exception);
+    }
+}
+
+}  // namespace
 
 void quorva::openApplication(const FileURL& url, const OpenConfiguration& configuration,
                              std::function<void(const std::optional<Error>& error)> completion) {
@@ -17,8 +30,7 @@ void quorva::openApplication(const FileURL& url, const OpenConfiguration& config
                    configuration:openConfiguration
                completionHandler:^(NSRunningApplication*, NSError* error) {
                    @autoreleasepool {
-                       completion(error == nil ? std::nullopt
-                                               : std::optional(platformError(error)));
+                       contain([&] { completion(launchError(error)); });
                    }
                }];
     } @catch (NSException* exception) {

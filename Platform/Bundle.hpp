@@ -8,6 +8,7 @@
 namespace quorva {
 
 /// The bundle that this process runs from: the extension's own, not the containing application's.
+/// The root, should the platform fail to tell.
 FileURL mainBundleURL();
 
 /// The text for `key` in the main bundle's default string table, in the user's language. `key`

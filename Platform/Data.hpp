@@ -25,9 +25,9 @@ inline Data dataWithText(std::string_view text) {
 /// success with no bytes.
 Result<Data> dataWithContentsOfURL(const FileURL& url);
 
-/// Writes `data` to `url` so that at every moment a reader finds the old file, no file, or the whole
-/// new file: the bytes go to a temporary file in the same folder, which is then moved into place. A
-/// file that stands at `url` is replaced.
+/// Writes `data` to `url` so that at every moment a reader finds the old file, no file, or the
+/// whole new file: the bytes go to a temporary file in the same folder, which is then moved into
+/// place. A file that stands at `url` is replaced.
 ///
 /// On failure whatever stood at `url` is untouched and no temporary file is left.
 Result<void> writeDataAtomically(const Data& data, const FileURL& url);

@@ -11,7 +11,7 @@ namespace quorva {
 /// A file that is open for writing. Owned by one holder; closed, if it still is open, when the
 /// holder lets go of it.
 class FileHandle {
-   public:
+ public:
     /// Opens the existing file at `url` for writing, positioned at its start; nothing is truncated.
     /// Fails when there is no file, when it is a folder, or when it may not be written.
     static Result<FileHandle> forWritingToURL(const FileURL& url);
@@ -29,7 +29,7 @@ class FileHandle {
     /// Closes the file. The handle is of no further use.
     Result<void> close();
 
-   private:
+ private:
     class Implementation;
     explicit FileHandle(std::unique_ptr<Implementation> implementation);
 

@@ -22,7 +22,7 @@ enum class SearchPathDirectory : unsigned long {
 };
 
 /// The home directory of the current user as this process sees it: inside the App Sandbox, the
-/// process's container.
+/// process's container. The root, should the platform fail to tell.
 FileURL homeDirectoryForCurrentUser();
 
 /// The user-domain locations of `directory`, best first. Empty when the platform knows none. The
@@ -34,7 +34,8 @@ std::vector<FileURL> urlsForDirectoryInUserDomain(SearchPathDirectory directory)
 Result<FileURL> urlForDirectoryInUserDomainCreating(SearchPathDirectory directory);
 
 /// Creates the directory at `url` and those above it that are missing, with the platform's default
-/// attributes. A directory that stands there already is a success; a file in its place is a failure.
+/// attributes. A directory that stands there already is a success; a file in its place is a
+/// failure.
 Result<void> createDirectoryWithIntermediateDirectories(const FileURL& url);
 
 /// The entries of the directory at `url`, without hidden ones, in no particular order, each saying
@@ -42,7 +43,8 @@ Result<void> createDirectoryWithIntermediateDirectories(const FileURL& url);
 /// be read.
 Result<std::vector<FileURL>> contentsOfDirectorySkippingHiddenFiles(const FileURL& url);
 
-/// Whether anything stands at `path`, a directory included. A link to nothing is nothing.
+/// Whether anything stands at `path`, a directory included. A link to nothing is nothing, and so is
+/// what the platform fails to tell.
 bool fileExistsAtPath(const std::string& path);
 
 }  // namespace quorva

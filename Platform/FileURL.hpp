@@ -14,7 +14,7 @@ namespace quorva {
 /// different URLs of the same place, and a set holds both. The path is UTF-8, is kept byte for byte
 /// but for trailing slashes, and may name something that does not exist.
 class FileURL {
-   public:
+ public:
     /// Names a file: `path` without its trailing slashes. A path that had one names a directory,
     /// because that is what the slash says.
     static FileURL file(std::string_view path);
@@ -38,7 +38,7 @@ class FileURL {
 
     friend auto operator<=>(const FileURL&, const FileURL&) = default;
 
-   private:
+ private:
     FileURL(std::string path, bool hasDirectoryPath)
         : path_(std::move(path)), hasDirectoryPath_(hasDirectoryPath) {}
 
@@ -53,7 +53,8 @@ class FileURL {
 /// a directory is kept.
 FileURL standardizedFileURL(const FileURL& url);
 
-/// `path` with every symbolic link in it followed. What does not exist is left as it is.
+/// `path` with every symbolic link in it followed. What does not exist is left as it is. On macOS a
+/// result below `/private` loses that prefix where the shorter path names the same thing.
 std::string pathByResolvingSymbolicLinks(const std::string& path);
 
 inline std::string_view FileURL::withoutTrailingSlashes(std::string_view path) {

@@ -8,12 +8,12 @@
 
 namespace quorva {
 
-/// The items selected in the Finder window, in Finder's order. Absent when Finder gives none, and at
-/// every moment other than a menu request or a click.
+/// The items selected in the Finder window, in Finder's order. Absent when Finder gives none, and
+/// at every moment other than a menu request or a click.
 std::optional<std::vector<FileURL>> selectedItemURLs();
 
-/// The folder that the Finder window shows. Absent when Finder gives none, and at every moment other
-/// than a menu request or a click.
+/// The folder that the Finder window shows. Absent when Finder gives none, and at every moment
+/// other than a menu request or a click.
 std::optional<FileURL> targetedURL();
 
 /// Replaces the set of folders for which Finder asks this extension for menus.

@@ -9,9 +9,9 @@ namespace quorva {
 /// The system keeps the format and the fields of a record apart and wants each format as a literal
 /// where the record is made, so there is one operation per record rather than one that takes text.
 class Logger {
-   public:
+ public:
     /// `subsystem` and `category` are copied.
-    Logger(std::string_view subsystem, std::string_view category);
+    Logger(const char* subsystem, const char* category) noexcept;
     Logger(const Logger&) = delete;
     Logger& operator=(const Logger&) = delete;
     ~Logger();
@@ -24,7 +24,7 @@ class Logger {
     /// "FinderSync refreshed directories. reason=%{public}s, count=%{public}ld"
     void refreshedDirectories(std::string_view reason, long count) const;
 
-   private:
+ private:
     /// The platform's log object.
     void* log_;
 };

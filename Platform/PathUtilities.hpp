@@ -5,7 +5,7 @@
 
 namespace quorva {
 
-/// The short name of the user that this process runs for.
+/// The short name of the user that this process runs for. Empty, should the platform fail to tell.
 std::string userName();
 
 /// The home directory that the account of the user `name` has, which for a sandboxed process is not

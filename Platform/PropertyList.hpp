@@ -19,11 +19,12 @@ namespace quorva {
 /// A property-list value: what the settings files hold, what a notification's user info and a menu
 /// item's dictionary are made of, and what a queue record is written from.
 ///
-/// An immutable value. Copies share their containers, so a copy costs the same whatever it holds.
+/// An immutable value. Copies share their dictionaries and arrays, so a copy costs the same however
+/// many values it holds.
 /// The accessors answer null when the value is of another type; no type is ever converted to
 /// another (the integer 1 is not a boolean).
 class PropertyList {
-   public:
+ public:
     using Dictionary = std::map<std::string, PropertyList, std::less<>>;
     using Array = std::vector<PropertyList>;
 
@@ -64,7 +65,7 @@ class PropertyList {
     /// By value, containers included.
     friend bool operator==(const PropertyList& left, const PropertyList& right);
 
-   private:
+ private:
     using Value = std::variant<std::shared_ptr<const Dictionary>, std::shared_ptr<const Array>,
                                std::string, bool, std::int64_t, double, Date, Data>;
 

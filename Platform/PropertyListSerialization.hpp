@@ -17,7 +17,8 @@ inline constexpr std::size_t propertyListDepthLimit = 512;
 /// few hundred bytes of shared references from unfolding into more values than there is memory for.
 inline constexpr std::size_t propertyListValueLimit = 1'000'000;
 
-/// How many bytes the texts and data of a property list may hold in all, counted like the values.
+/// How many bytes of data and UTF-16 units of text a property list may hold in all, counted like
+/// the values.
 inline constexpr std::size_t propertyListByteLimit = 64'000'000;
 
 /// Parses `data` as a property list in any encoding that the platform reads.

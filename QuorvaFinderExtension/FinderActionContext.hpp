@@ -68,7 +68,8 @@ class FinderActionContext {
     /// The folder or application of a destination entry; empty for every other.
     [[nodiscard]] const std::string& destinationPath() const { return destinationPath_; }
 
-    /// The identifier of a view preset; empty for every other entry.
+    /// The identifier of a view preset whose entry was found again by its identifier, tag or title.
+    /// Empty for every other entry, and for one that came with its dictionary.
     [[nodiscard]] const std::string& presetID() const { return presetID_; }
 
     friend bool operator==(const FinderActionContext&, const FinderActionContext&) = default;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <utility>
 
 #include "Platform/PropertyList.hpp"
 #include "QuorvaFinderExtension/SettingsFolder.hpp"

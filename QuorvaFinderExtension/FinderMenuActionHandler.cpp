@@ -9,6 +9,7 @@
 #include "Platform/FinderSyncController.hpp"
 #include "Platform/RunningApplication.hpp"
 #include "Platform/Workspace.hpp"
+#include "QuorvaFinderExtension/Containment.hpp"
 #include "QuorvaFinderExtension/DiagnosticLog.hpp"
 #include "QuorvaFinderExtension/FinderActionContext.hpp"
 #include "QuorvaFinderExtension/FinderSync.hpp"
@@ -67,9 +68,11 @@ void FinderMenuActionHandler::openContainingApp() const {
     openApplication(
         applicationURL, {.activates = false, .addsToRecentItems = false},
         [](const std::optional<Error>& error) {
-            if (error) {
-                appendDiagnosticLog("failed to open app: " + error->localizedDescription);
-            }
+            contain([&error] {
+                if (error) {
+                    appendDiagnosticLog("failed to open app: " + error->localizedDescription);
+                }
+            });
         });
 }
 

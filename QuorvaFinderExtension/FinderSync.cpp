@@ -1,7 +1,6 @@
 #include "QuorvaFinderExtension/FinderSync.hpp"
 
 #include <algorithm>
-#include <exception>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -9,6 +8,7 @@
 #include "Platform/FileManager.hpp"
 #include "Platform/FinderSyncController.hpp"
 #include "Platform/PathUtilities.hpp"
+#include "QuorvaFinderExtension/Containment.hpp"
 #include "QuorvaFinderExtension/DiagnosticLog.hpp"
 #include "QuorvaFinderExtension/FinderFeatureSettings.hpp"
 #include "QuorvaFinderExtension/FinderMenuActionHandler.hpp"
@@ -18,18 +18,6 @@
 namespace quorva {
 
 namespace {
-
-/// Runs what the system called for, and keeps whatever it throws from the system.
-template <typename Body>
-void contain(Body body) noexcept {
-    try {
-        body();
-    } catch (const std::exception& exception) {
-        appendDiagnosticLog(exception.what());
-    } catch (...) {
-        appendDiagnosticLog("unknown exception");
-    }
-}
 
 std::string description(MenuKind kind) {
     switch (kind) {

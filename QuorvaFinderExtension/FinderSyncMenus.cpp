@@ -20,8 +20,7 @@ namespace {
 
 using Destinations = std::vector<FinderCustomDestination>;
 
-/// Entries that are enabled whatever is selected: the containing application asks for what is
-/// missing.
+/// Entries that are enabled whatever is selected, on purpose.
 bool isAlwaysEnabled(std::string_view actionID) {
     return actionID == "copyFilesToPath" || actionID == "moveFilesToPath" ||
            actionID == copyFilesToFolderActionID || actionID == moveFilesToFolderActionID;
@@ -53,27 +52,28 @@ MenuItem childItem(const FinderFeatureChild& child, const FinderSelection& selec
     return contextItem({child.actionID, child.title, child.action, {}}, selectedURLs, targetedURL);
 }
 
-/// The paths that `isBuiltInFileDestination` recognises.
-std::vector<std::string> builtInFileDestinationPaths() {
+/// The paths of the built-in destinations of `kind`.
+std::vector<std::string> builtInFileDestinationPaths(FinderCustomDestinationKind kind) {
+    if (kind != FinderCustomDestinationKind::copy && kind != FinderCustomDestinationKind::move) {
+        return {};
+    }
     const FileURL home = realUserHomeURL();
     return {home.appendingDirectory("Desktop").path(), home.appendingDirectory("Downloads").path(),
             home.appendingDirectory("Documents").path()};
 }
 
-bool holdsBuiltInFileDestinations(FinderCustomDestinationKind kind) {
-    return kind == FinderCustomDestinationKind::copy || kind == FinderCustomDestinationKind::move;
+bool isAmong(const std::vector<std::string>& paths, const FinderCustomDestination& destination) {
+    return std::ranges::find(paths, destination.path) != paths.end();
 }
 
 /// The destinations of `kind` that are not built in. The real home is looked up once, however many
 /// destinations there are.
 Destinations userDestinations(FinderCustomDestinationKind kind) {
     Destinations destinations = FinderCustomDestinationSettings::destinations(kind);
-    if (holdsBuiltInFileDestinations(kind)) {
-        const std::vector<std::string> builtIn = builtInFileDestinationPaths();
-        std::erase_if(destinations, [&builtIn](const FinderCustomDestination& destination) {
-            return std::ranges::find(builtIn, destination.path) != builtIn.end();
-        });
-    }
+    const std::vector<std::string> builtIn = builtInFileDestinationPaths(kind);
+    std::erase_if(destinations, [&builtIn](const FinderCustomDestination& destination) {
+        return isAmong(builtIn, destination);
+    });
     return destinations;
 }
 
@@ -293,11 +293,7 @@ bool hasCustomDestinationItems(FinderCustomDestinationKind kind) {
 
 bool isBuiltInFileDestination(const FinderCustomDestination& destination,
                               FinderCustomDestinationKind kind) {
-    if (!holdsBuiltInFileDestinations(kind)) {
-        return false;
-    }
-    const std::vector<std::string> builtIn = builtInFileDestinationPaths();
-    return std::ranges::find(builtIn, destination.path) != builtIn.end();
+    return isAmong(builtInFileDestinationPaths(kind), destination);
 }
 
 }  // namespace quorva

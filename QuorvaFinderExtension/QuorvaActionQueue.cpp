@@ -1,5 +1,7 @@
 #include "QuorvaFinderExtension/QuorvaActionQueue.hpp"
 
+#include <utility>
+
 #include "Platform/Data.hpp"
 #include "Platform/Date.hpp"
 #include "Platform/FileManager.hpp"

@@ -9,9 +9,48 @@
 #import "Cocoa/ObjectHolder.h"
 #import "Cocoa/StringConversion.h"
 #include "Simulator/EventRecorder.hpp"
+#include "Tests/Cocoa/OutOfMemory.hpp"
 #include "Tests/Cocoa/RecordedRequests.hpp"
 #import "Tests/Cocoa/RunLoop.h"
 #include "Tests/Cocoa/TemporaryFolder.hpp"
+
+/// An item that can't be read.
+@interface RaisingMenuItem : NSMenuItem
+@end
+
+@implementation RaisingMenuItem
+- (NSString*)title {
+    [NSException raise:NSInternalInconsistencyException format:@"no title"];
+    return nil;
+}
+@end
+
+/// An item for the reading of which there is no memory.
+@interface OutOfMemoryMenuItem : NSMenuItem
+@end
+
+@implementation OutOfMemoryMenuItem
+- (NSString*)title {
+    throwOutOfMemory();
+}
+@end
+
+/// A notification that can't be read.
+@interface RaisingNotification : NSNotification
+@end
+
+@implementation RaisingNotification
+- (NSString*)name {
+    return @"RaisingNotification";
+}
+- (id)object {
+    return nil;
+}
+- (NSDictionary*)userInfo {
+    [NSException raise:NSInternalInconsistencyException format:@"no user info"];
+    return nil;
+}
+@end
 
 /// The principal class as the system uses it: by its name and its Objective-C methods.
 class PrincipalClass : public TemporaryFolder {
@@ -104,6 +143,20 @@ NSMenuItem* rebuilt(NSMenuItem* item) {
 TEST_F(PrincipalClass, SetsTheMonitoredFoldersWhenItIsCreated) {
     EXPECT_TRUE([[FIFinderSyncController defaultController].directoryURLs
         containsObject:[NSURL fileURLWithPath:@"/Applications" isDirectory:YES]]);
+}
+
+TEST_F(PrincipalClass, KeepsAnExceptionOfAClickedItemFromTheSystem) {
+    [finderSync() performFeatureChild:[[[RaisingMenuItem alloc] init] autorelease]];
+    EXPECT_TRUE(takeRecord().is_null());
+}
+
+TEST_F(PrincipalClass, KeepsExhaustedMemoryAtAClickFromTheSystem) {
+    [finderSync() performFeatureChild:[[[OutOfMemoryMenuItem alloc] init] autorelease]];
+    EXPECT_TRUE(takeRecord().is_null());
+}
+
+TEST_F(PrincipalClass, KeepsAnExceptionOfANotificationFromTheSystem) {
+    [finderSync() handleSettingsChanged:[[[RaisingNotification alloc] init] autorelease]];
 }
 
 TEST_F(PrincipalClass, HasAToolbarItem) {

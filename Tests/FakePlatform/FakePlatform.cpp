@@ -616,7 +616,7 @@ Result<Data> jsonDataPrettyPrintedWithSortedKeys(const PropertyList& object) {
     }
 }
 
-Logger::Logger(std::string_view subsystem, std::string_view category)
+Logger::Logger(const char* subsystem, const char* category) noexcept
     : log_(new std::pair<std::string, std::string>(subsystem, category)) {}
 
 Logger::~Logger() {
