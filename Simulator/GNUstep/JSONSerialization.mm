@@ -3,11 +3,13 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#import "Cocoa/StringConversion.h"
+
 namespace {
 
 nlohmann::json jsonValue(id object) {
     if ([object isKindOfClass:[NSString class]]) {
-        return static_cast<NSString*>(object).UTF8String;
+        return quorva::utf8String(object);
     }
     if ([object isKindOfClass:[NSNumber class]]) {
         NSNumber* number = object;
@@ -34,7 +36,7 @@ nlohmann::json jsonValue(id object) {
                 [NSException raise:NSInvalidArgumentException
                             format:@"Invalid (non-string) key in JSON dictionary"];
             }
-            members[static_cast<NSString*>(key).UTF8String] = jsonValue([object objectForKey:key]);
+            members[quorva::utf8String(key)] = jsonValue([object objectForKey:key]);
         }
         return members;
     }

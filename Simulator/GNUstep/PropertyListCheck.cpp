@@ -102,17 +102,21 @@ class ObjectTable {
         return target && *target < objectCount_ ? target : std::nullopt;
     }
 
-    /// Whether the object at `index` is a text without a NUL; libplist ends the process for any
-    /// other key.
+    /// Whether libplist would cut `object`: a text of ASCII, at its first NUL. One of UTF-16 it
+    /// reads whole.
+    [[nodiscard]] bool isCut(const Object& object) const {
+        return object.kind == asciiText &&
+               bytes_.substr(object.position, object.byteCount).contains('\0');
+    }
+
+    /// Whether the object at `index`, which is not cut, is a text without a NUL; libplist ends the
+    /// process for any other key.
     [[nodiscard]] bool isKey(std::size_t index) const {
         const auto key = object(index);
-        if (!key || (key->kind != asciiText && key->kind != utf16Text)) {
-            return false;
+        if (!key || key->kind != utf16Text) {
+            return key && key->kind == asciiText;
         }
         const std::string_view text = bytes_.substr(key->position, key->byteCount);
-        if (key->kind == asciiText) {
-            return !text.contains('\0');
-        }
         for (std::size_t unit = 0; unit < text.size(); unit += 2) {
             if (text[unit] == '\0' && text[unit + 1] == '\0') {
                 return false;
@@ -205,7 +209,7 @@ class Walk {
     bool enter(std::size_t index) {
         const auto object = table_.object(index);
         if (!object || object->byteCount > quorva::propertyListByteLimit ||
-            path_.size() == quorva::propertyListDepthLimit) {
+            path_.size() == quorva::propertyListDepthLimit || table_.isCut(*object)) {
             return false;
         }
         measures_[index].state = Measure::State::entered;

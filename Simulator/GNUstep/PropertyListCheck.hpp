@@ -13,10 +13,12 @@ PropertyListEncoding propertyListEncoding(std::string_view bytes);
 
 /// Whether libplist reads `bytes`, which are in the binary encoding, within a moment and the stack.
 ///
-/// libplist 2.2.0 unfolds shared references, recurses, and ends the process for a key with a NUL.
-/// So the object table is walked here first, each object once and without recursion: a list with a
-/// cycle or such a key, or one that goes beyond a limit of `Platform/PropertyListSerialization.hpp`
-/// when it is unfolded, is not for it. Neither is one with a set, which it takes for an array.
+/// libplist 2.2.0 unfolds shared references, recurses, cuts a text of ASCII at a NUL, and ends the
+/// process for a key with one. So the object table is walked here first, each object once and
+/// without recursion: a list with a cycle, such a text or such a key, or one that goes beyond a
+/// limit of `Platform/PropertyListSerialization.hpp` when it is unfolded, is not for it. Neither is
+/// one with a set, which it takes for an array. macOS reads those texts whole; here their file
+/// counts as unreadable, rather than as one that says something else.
 bool isReadableBinaryPropertyList(std::string_view bytes);
 
 /// `bytes`, which are in the XML encoding, in a form that libplist reads within a moment. Nothing

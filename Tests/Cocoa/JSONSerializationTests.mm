@@ -39,6 +39,14 @@ TEST(JSONSerialization, WritesEveryValueAsItIs) {
     EXPECT_EQ(nlohmann::json::parse(text(*data)), expected);
 }
 
+TEST(JSONSerialization, WritesTextsAndKeysWithANULWhole) {
+    const std::string text = std::string("a") + '\0' + "b";
+    const auto data = jsonDataPrettyPrintedWithSortedKeys(PropertyList::Dictionary{{text, text}});
+    ASSERT_TRUE(data);
+    const nlohmann::json expected = {{text, text}};
+    EXPECT_EQ(nlohmann::json::parse(::text(*data)), expected);
+}
+
 TEST(JSONSerialization, SortsTheKeysAndWritesAMemberALine) {
     const auto data = jsonDataPrettyPrintedWithSortedKeys(record);
     ASSERT_TRUE(data);

@@ -49,6 +49,8 @@ TEST_F(WrittenPropertyLists, AreReadInBothEncodings) {
     EXPECT_EQ(propertyListWithData(data("settings.binary")), expected);
     EXPECT_EQ(propertyListWithData(data("text.xml")), PropertyList("text"));
     EXPECT_EQ(propertyListWithData(data("text.binary")), PropertyList("text"));
+    EXPECT_EQ(propertyListWithData(data("wideTextWithNUL.binary")),
+              PropertyList(std::string("a") + '\0' + "b"));
     EXPECT_EQ(propertyListWithData(data("mark.xml")), PropertyList("text"));
 }
 
@@ -89,7 +91,7 @@ TEST_F(WrittenPropertyLists, AreAnErrorWhenTheyAreHostile) {
             EXPECT_TRUE(list || !list.error().localizedDescription.empty()) << name;
         }
     }
-    EXPECT_EQ(count, 34);
+    EXPECT_EQ(count, 35);
 }
 
 TEST_F(WrittenPropertyLists, AreNoDictionaryWhenTruncatedAnywhere) {

@@ -78,6 +78,7 @@ def main():
         "mark.xml": b"\xef\xbb\xbf" + plistlib.dumps("text", fmt=plistlib.FMT_XML),
         "text.xml": plistlib.dumps("text", fmt=plistlib.FMT_XML),
         "text.binary": plistlib.dumps("text", fmt=plistlib.FMT_BINARY),
+        "wideTextWithNUL.binary": binary([b"\x63\x00a\x00\x00\x00b"]),
         "many.xml": plistlib.dumps([{"id": str(i)} for i in range(100_000)]),
         "many.binary": plistlib.dumps(
             [{"id": str(i)} for i in range(100_000)], fmt=plistlib.FMT_BINARY
@@ -99,6 +100,7 @@ def main():
                                 b"\x5f\x12" + struct.pack(">I", 1_000_000) + b"a" * 1_000_000]),
         "bad.keyWithNUL": binary([b"\xd1\x01\x02", b"\x53a\x00b", b"\x51c"]),
         "bad.wideKeyWithNUL": binary([b"\xd1\x01\x02", b"\x62\x00a\x00\x00", b"\x51c"]),
+        "bad.textWithNUL": binary([b"\xa1\x01", b"\x53a\x00b"]),
         "bad.keyIsANumber": binary([b"\xd1\x01\x02", b"\x10\x01", b"\x51c"]),
         "bad.keyIsAnArray": binary([b"\xd1\x01\x02", b"\xa0", b"\x51c"]),
         "bad.XMLWithNUL": b'<plist version="1.0"><dict><key>a\0b</key><true/></dict></plist>',

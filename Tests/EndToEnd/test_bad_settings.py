@@ -6,7 +6,7 @@ import unittest
 
 import property_lists
 import samples
-from menu_model import MenuBuilder, Request, UNUSABLE
+from menu_model import MenuBuilder, Request, UNUSABLE, actionable_items
 from quorva_process import (
     BINARY, CUSTOM_DESTINATIONS, CUSTOM_SHORTCUT_ACTIONS, FEATURE_SETTINGS, FINDER_VIEW_PRESETS,
     SETTINGS_FILES, XML, EndToEndTestCase)
@@ -222,12 +222,27 @@ class HostilePropertyListTest(BadSettingsTestCase):
         self.assertEqual(self.extension.menu(REQUEST)["title"], "Quorva")
         self.assertEqual(self.extension.send({"title": "T", "tag": 700000}, REQUEST)["id"], 2)
 
-    def test_a_name_with_a_zero_byte_does_no_harm(self):
+    def preset_named(self, name):
+        """The title that a preset of this name shows, and that its record has."""
         self.home.write(FINDER_VIEW_PRESETS, [
-            {"id": "a\0b", "name": "one\0two", "viewMode": "", "sortMode": ""}], BINARY)
-        self.assertEqual(self.extension.menu(REQUEST)["title"], "Quorva")
+            {"id": "a", "name": name, "viewMode": "", "sortMode": ""}], BINARY)
+        shown = {item["title"] for _, item in actionable_items(self.extension.menu(REQUEST))}
         self.extension.send({"title": "T", "tag": 700000}, REQUEST)
-        self.extension.request("toolbar")
+        [record] = self.home.take_records()
+        self.assertIn(record["title"], shown)
+        return record["title"]
+
+    def test_a_name_with_a_zero_byte_is_shown_and_recorded_whole(self):
+        self.assertEqual(self.preset_named("一\0二"), "一\0二")
+
+    def test_a_name_with_a_zero_byte_that_would_be_cut_makes_the_file_unusable(self):
+        self.assertEqual(self.preset_named("one\0two"), "列表 · 最近修改")
+
+    def test_zero_bytes_in_what_is_clicked_reach_the_record(self):
+        self.extension.send({"title": "T", "representedObject": {
+            "type": "dictionary", "actionID": "runScript__a\0b", "title": "one\0two"}}, REQUEST)
+        [record] = self.home.take_records()
+        self.assertEqual((record["actionID"], record["title"]), ("runScript__a\0b", "one\0two"))
 
     def test_lists_down_to_the_depth_of_a_settings_file_are_read(self):
         self.home.write(FEATURE_SETTINGS, {
