@@ -12,6 +12,7 @@
 #include "Simulator/FinderCommand/ExtensionProcess.hpp"
 #include "Simulator/FinderCommand/MenuEntries.hpp"
 #include "Simulator/FinderCommand/Options.hpp"
+#include "Simulator/UTF8.hpp"
 #include "Simulator/VirtualDisplay.hpp"
 
 namespace {
@@ -98,6 +99,9 @@ void prepareEnvironment(const Options& options) {
         setenv("SIMULATOR_LANGUAGE", options.language.c_str(), 1);
     }
     setenv("SIMULATOR_LAUNCH", options.launches ? "1" : "0", 1);
+    if (const char* const home = std::getenv("HOME"); home != nullptr && !simulator::isUTF8(home)) {
+        throw CommandError("the home folder's path is not UTF-8");
+    }
 }
 
 std::filesystem::path homeFolder() {
