@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -23,6 +24,12 @@ std::string contents(const path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+/// Whether the process is this user's. Root may look at those of others too.
+bool isOwn(const path& process) {
+    struct stat status{};
+    return stat(process.c_str(), &status) == 0 && status.st_uid == geteuid();
+}
+
 /// Whether the environment that the process was started with gives it the home `home`.
 bool hasHome(const path& process, const path& home) {
     const std::string environment = '\0' + contents(process / "environ");
@@ -41,7 +48,7 @@ std::vector<pid_t> containingApplications(const path& home) {
         const path executable = std::filesystem::read_symlink(entry.path() / "exe", error);
         if (error || !std::ranges::all_of(name, [](char digit) { return std::isdigit(digit); }) ||
             !executable.string().ends_with("/Quorva.app/Contents/MacOS/Quorva") ||
-            (!home.empty() && !hasHome(entry.path(), home))) {
+            !isOwn(entry.path()) || (!home.empty() && !hasHome(entry.path(), home))) {
             continue;
         }
         processes.push_back(std::atoi(name.c_str()));
@@ -49,9 +56,12 @@ std::vector<pid_t> containingApplications(const path& home) {
     return processes;
 }
 
-void endContainingApplications(const path& home) {
+void endContainingApplications(const path& home, const std::vector<pid_t>& spared) {
     for (int attempt = 0; attempt < 100; ++attempt) {
-        const std::vector<pid_t> processes = containingApplications(home);
+        std::vector<pid_t> processes = containingApplications(home);
+        std::erase_if(processes, [&](pid_t process) {
+            return std::ranges::find(spared, process) != spared.end();
+        });
         if (processes.empty()) {
             return;
         }

@@ -13,8 +13,10 @@ namespace simulator {
 /// whose home is `home`, unless it is empty.
 std::vector<pid_t> containingApplications(const std::filesystem::path& home);
 
-/// Ends the containing applications whose home is `home` and waits until they are gone.
-void endContainingApplications(const std::filesystem::path& home);
+/// Ends the containing applications whose home is `home`, but for `spared`, and waits until they
+/// are gone.
+void endContainingApplications(const std::filesystem::path& home,
+                               const std::vector<pid_t>& spared = {});
 
 /// The queue's and the application's files below a home folder.
 class QuorvaFolder {

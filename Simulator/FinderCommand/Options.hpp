@@ -17,14 +17,17 @@ struct Options {
     std::string language;
     std::string delivery;
     bool launches = false;
+    bool keepsRunning = false;
     bool printsJSON = false;
     bool isVerbose = false;
     std::vector<std::string> titles;
 };
 
-/// `path` as Finder would name it: from the root.
+/// `path`, which is not empty, as Finder would name it: from the root, without "." and "..", and
+/// without a slash at its end. Links are not followed.
 inline std::string absolutePath(const std::string& path) {
-    return std::filesystem::absolute(path);
+    const std::filesystem::path normal = std::filesystem::absolute(path).lexically_normal();
+    return normal.has_filename() ? normal : normal.parent_path();
 }
 
 /// What menu requests and clicks have in common: the selection and the target.

@@ -4,7 +4,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "Simulator/FinderCommand/ClickReport.hpp"
 #include "Simulator/FinderCommand/ContainingApplication.hpp"
@@ -31,24 +35,36 @@ Quorva.app/Contents/PlugIns beside this program, asks it for menus, and clicks.
   finder-sim menu --target ~/Documents --kind container --language en
   finder-sim click 复制名称与路径 复制完整路径 --select ~/Documents/report.txt
   finder-sim click 复制完整路径 --select ~/a.txt --delivery finder --launch
+  finder-sim click --help
 
 The extension reads its settings from, and queues its records in, "Library/
 Application Support/Quorva" below the home folder: --home, or else $HOME. Where
 there is no display, a virtual one is started.)";
 
 constexpr const char* footer =
+    "finder-sim COMMAND --help lists the options of a command.\n"
     "The protocol between the two is described in Documentation/ExtensionProtocol.md.";
+
+/// Refuses the empty path, which names nothing.
+CLI::Validator somePath() {
+    return {[](const std::string& path) {
+                return path.empty() ? std::string("a path is missing") : std::string();
+            },
+            ""};
+}
 
 void addOptions(CLI::App& command, Options& options) {
     command
         .add_option("--select", options.selectedPaths,
                     "An item to select; once for each. Without one nothing is selected")
         ->type_name("PATH")
-        ->allow_extra_args(false);
+        ->allow_extra_args(false)
+        ->check(somePath());
     command
         .add_option("--target", options.targetedPath,
                     "The folder that the Finder window shows. Without it there is none")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->check(somePath());
     command
         .add_option("--kind", options.kind,
                     "Where the menu is opened: items, container, sidebar or toolbar. Without it "
@@ -64,11 +80,13 @@ void addOptions(CLI::App& command, Options& options) {
     command
         .add_option("--account-home", options.accountHome,
                     "The home folder that the user's account has, where it is not the extension's")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->check(somePath());
     command
         .add_option("--language", options.language,
                     "The language of the menu: en, zh-Hans (the default) or zh-Hant")
-        ->type_name("LANGUAGE");
+        ->type_name("LANGUAGE")
+        ->check(CLI::IsMember({"en", "zh-Hans", "zh-Hant"}).description(""));
     command
         .add_option("--delivery", options.delivery,
                     "How a clicked item reaches the extension: intact (the default) is the very "
@@ -77,8 +95,8 @@ void addOptions(CLI::App& command, Options& options) {
         ->type_name("HOW")
         ->check(CLI::IsMember({"intact", "finder"}).description(""));
     command.add_flag("--launch", options.launches,
-                     "Really start the containing application when the extension asks for it. It "
-                     "goes on running");
+                     "Really start the containing application when the extension asks for it, and "
+                     "end it when it has performed the record");
     command.add_flag("--json", options.printsJSON, "Print JSON instead of text for people");
     command.add_flag("--verbose", options.isVerbose,
                      "Show what the extension writes on standard error");
@@ -122,12 +140,30 @@ void showMenu(const Options& options) {
     print(options.printsJSON ? answer.dump(2) + "\n" : simulator::menuTree(answer["menu"]));
 }
 
+/// The containing applications that are launched while this is there. They end with it.
+class LaunchedApplications {
+ public:
+    explicit LaunchedApplications(std::filesystem::path home)
+        : home_(std::move(home)), before_(simulator::containingApplications(home_)) {}
+    LaunchedApplications(const LaunchedApplications&) = delete;
+    LaunchedApplications& operator=(const LaunchedApplications&) = delete;
+    ~LaunchedApplications() { simulator::endContainingApplications(home_, before_); }
+
+ private:
+    std::filesystem::path home_;
+    std::vector<pid_t> before_;
+};
+
 void clickEntry(const Options& options) {
     const std::filesystem::path home = homeFolder();
     if (options.launches) {
         // There to be held back, so that the record can be shown before it is performed.
         std::error_code error;
         std::filesystem::create_directories(simulator::QuorvaFolder(home).queue(), error);
+    }
+    std::optional<LaunchedApplications> launched;
+    if (options.launches && !options.keepsRunning) {
+        launched.emplace(home);
     }
     ExtensionProcess extension(options.isVerbose);
     const ordered_json menu = extension.ask(simulator::menuRequest(options))["menu"];
@@ -169,6 +205,8 @@ int main(int argumentCount, char** arguments) {
                      "The titles on the way to the entry, or its last ones when they say enough")
         ->type_name("TITLE")
         ->required();
+    click->add_flag("--keep-running", options.keepsRunning,
+                    "Leave the application that --launch started running");
     CLI::App* const directories =
         app.add_subcommand("directories", "List the folders that the extension monitors");
     CLI::App* const demo = app.add_subcommand(

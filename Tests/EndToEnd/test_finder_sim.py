@@ -1,13 +1,15 @@
 """The Finder for the command line."""
 
 import json
+import os
+import shutil
 import subprocess
 import unittest
 
 import samples
 from menu_model import MenuBuilder, Request, actionable_items
 from quorva_process import (
-    TIME_LIMIT, EndToEndTestCase, application_bundle, build_folder, end_containing_application,
+    TIME_LIMIT, EndToEndTestCase, Run, application_bundle, build_folder, end_containing_application,
     program_environment, until)
 
 SELECT = ["--select", "/Volumes/Work/a.txt", "--target", "/Volumes/Work"]
@@ -87,6 +89,22 @@ class FinderSimTest(EndToEndTestCase):
         item = next(item for _, item in actionable_items(answer["menu"]))
         self.assertEqual(item["representedObject"]["selectedPaths"], ["/b", "/a", "/c"])
 
+    def test_paths_are_given_from_the_root_and_in_their_shortest_form(self):
+        for select, target, expected in (
+                ("a.txt", ".", ("{}/a.txt", "{}")),
+                ("sub/../a.txt", "./sub/", ("{}/a.txt", "{}/sub")),
+                ("sub//.", "..", ("{}/sub", "{}/..")),
+                ("/", "/..//", ("/", "/"))):
+            with self.subTest(select=select, target=target):
+                answer = json.loads(self.finder_sim(
+                    "menu", "--json", "--select", select, "--target", target))
+                item = next(item for _, item in actionable_items(answer["menu"]))
+                self.assertEqual(
+                    (item["representedObject"]["selectedPaths"],
+                     item["representedObject"]["targetedPath"]),
+                    ([os.path.normpath(expected[0].format(os.getcwd()))],
+                     os.path.normpath(expected[1].format(os.getcwd()))))
+
     def test_a_click_by_the_path_of_titles_queues_a_record(self):
         for delivery in ("intact", "finder"):
             output = self.finder_sim("click", "复制到", "复制到文件夹", "复制到项目", *SELECT,
@@ -106,11 +124,27 @@ class FinderSimTest(EndToEndTestCase):
         self.assertEqual(name, self.home.record_files()[0].name)
         self.assertEqual(record, self.home.records()[0])
 
-    def test_a_click_that_launches_shows_what_was_performed(self):
-        self.addCleanup(end_containing_application, application_bundle())
+    def containing_applications(self):
+        """The processes of this run that are the containing application."""
+        executable = str(application_bundle() / "Contents" / "MacOS" / "Quorva")
+        return [process for process in Run.processes()
+                if os.path.realpath(f"/proc/{process}/exe") == executable]
+
+    def test_a_click_that_launches_shows_what_was_performed_and_leaves_nothing_running(self):
         answer = json.loads(self.finder_sim("click", "压缩为 ZIP", *SELECT, "--launch", "--json"))
-        until(lambda: self.home.performed() and not self.home.records(), "the record was performed")
         self.assertEqual([line["actionID"] for line in answer["performed"]], ["compressToZIP"])
+        self.assertEqual([line["actionID"] for line in self.home.performed()], ["compressToZIP"])
+        self.assertEqual(self.home.records(), [])
+        self.assertEqual(self.containing_applications(), [])
+
+    def test_a_launched_application_is_kept_when_asked_for_and_by_the_next_click(self):
+        self.addCleanup(end_containing_application, application_bundle())
+        self.finder_sim("click", "压缩为 ZIP", *SELECT, "--launch", "--keep-running")
+        launched = self.containing_applications()
+        self.assertEqual(len(launched), 1)
+        self.finder_sim("click", "压缩为 ZIP", *SELECT, "--launch")
+        self.assertEqual(self.containing_applications(), launched)
+        until(lambda: len(self.home.performed()) == 2, "both records were performed")
 
     def test_an_unknown_title_lists_what_there_is_to_click(self):
         error = self.refused("click", "压缩与解压缩", "nothing", *SELECT)
@@ -162,7 +196,7 @@ class FinderSimTest(EndToEndTestCase):
                           ["directories", "--help"], ["demo", "--help"]):
             output = self.finder_sim(*arguments)
             self.assertIn("Usage", output)
-        for name in ("menu", "click", "directories", "demo"):
+        for name in ("menu", "click", "directories", "demo", "finder-sim COMMAND --help"):
             self.assertIn(name, self.finder_sim("--help"))
         for option in ("--select", "--target", "--kind", "--home", "--account-home", "--delivery",
                        "--launch", "--json"):
@@ -171,9 +205,28 @@ class FinderSimTest(EndToEndTestCase):
     def test_wrong_arguments_are_answered_with_one_line_and_another_status(self):
         for arguments in ([], ["fly"], ["menu", "--kind", "desktop"], ["menu", "--fly"],
                           ["click", "x", "--delivery", "xpc"], ["menu", "--select"], ["click"],
+                          ["menu", "--select", ""], ["menu", "--target", ""],
+                          ["menu", "--language", "fr"], ["directories", "--account-home", ""],
                           ["menu", "--home", str(self.home.path / "none")]):
             with self.subTest(arguments=arguments):
                 self.assertEqual(self.refused(*arguments).count("\n"), 1)
+
+    def test_only_an_application_of_this_user_keeps_the_demonstration_from_launching_its_own(self):
+        folder = Run.new_folder()
+        program = folder / "Quorva.app" / "Contents" / "MacOS" / "Quorva"
+        program.parent.mkdir(parents=True)
+        shutil.copy("/bin/sleep", program)
+        own = self.start_program([program, "1000"])
+        self.assertIn(f"process {own.pid}", self.refused("demo"))
+        own.kill()
+        own.wait()
+        if os.geteuid() == 0:  # Only root sees the programs of others, and can start one.
+            Run.folder().chmod(0o711)
+            folder.chmod(0o711)
+            other = self.start_program(
+                ["setpriv", "--reuid", "65534", "--clear-groups", "--", program, "1000"])
+            until(lambda: os.readlink(f"/proc/{other.pid}/exe") == str(program), "it started")
+        self.finder_sim("demo")
 
     def test_the_demonstration_leaves_the_home_alone(self):
         before = sorted(self.home.path.rglob("*"))
