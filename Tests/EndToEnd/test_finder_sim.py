@@ -1,8 +1,10 @@
 """The Finder for the command line."""
 
+import contextlib
 import json
 import os
 import shutil
+import signal
 import subprocess
 import unittest
 
@@ -184,8 +186,29 @@ class FinderSimTest(EndToEndTestCase):
         self.assertEqual(self.home.records()[0]["title"], "Compress to ZIP")
 
     def test_without_a_display_one_is_started_and_ended(self):
+        before = Run.processes()
+        watched = subprocess.Popen(
+            [build_folder() / "finder-sim", "demo"], stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL, env=program_environment(self.home, display=False))
+        self.addCleanup(watched.wait)
+        self.addCleanup(watched.kill)
+        displays = until(lambda: self.displays(before), "a display was started")
+        self.assertEqual(len(displays), 1)
+        self.assertEqual(watched.wait(TIME_LIMIT), 0)
+        until(lambda: not self.displays(before), "the display ended")
         self.finder_sim("click", "压缩为 ZIP", *SELECT, display=False)
         self.assertEqual(len(self.home.records()), 1)
+        until(lambda: not self.displays(before), "the display ended")
+
+    @staticmethod
+    def displays(before):
+        """The virtual displays among the processes of this run that were not there before."""
+        found = []
+        for process in set(Run.processes()) - set(before):
+            with contextlib.suppress(OSError):
+                if os.path.basename(os.readlink(f"/proc/{process}/exe")) == "Xvfb":
+                    found.append(process)
+        return found
 
     def test_a_display_that_does_not_answer_is_replaced(self):
         self.finder_sim("click", "压缩为 ZIP", *SELECT, environment={"DISPLAY": ":4711"})
@@ -228,14 +251,53 @@ class FinderSimTest(EndToEndTestCase):
             until(lambda: os.readlink(f"/proc/{other.pid}/exe") == str(program), "it started")
         self.finder_sim("demo")
 
-    def test_the_demonstration_leaves_the_home_alone(self):
-        before = sorted(self.home.path.rglob("*"))
+    def test_the_demonstration_shows_both_layouts_and_a_click_on_every_kind_of_entry(self):
         output = self.finder_sim("demo")
-        self.assertEqual(sorted(self.home.path.rglob("*")), before)
         for shown in ("copyFilesToFolder", "moveFilesToFolder", "quickOpenPath",
                       "openWithApplicationPath", "finderViewPreset__", "runShortcut__",
                       "runScript__", "app.ferrolin.Quorva.ActionQueued"):
             self.assertIn(shown, output)
+        report = json.loads(self.finder_sim("demo", "--json"))
+        self.assertEqual([menu["layout"] for menu in report["menus"]], ["collapsed", "expanded"])
+        collapsed, expanded = (self.top_level(menu["menu"]) for menu in report["menus"])
+        self.assertIn(("复制名称与路径", True), collapsed)
+        self.assertNotIn(("复制完整路径", False), collapsed)
+        self.assertIn(("复制完整路径", False), expanded)
+        self.assertNotIn(("复制名称与路径", True), expanded)
+        self.assertEqual(len(report["clicks"]), 8)
+
+    @staticmethod
+    def top_level(menu):
+        """The titles of a menu's features or entries, and whether they open a submenu."""
+        items = menu["items"]
+        if [item.get("title") for item in items] == ["Quorva"]:
+            items = items[0]["submenu"]["items"]
+        return [(item.get("title"), "submenu" in item) for item in items]
+
+    def test_the_demonstration_leaves_neither_files_nor_processes(self):
+        def left():
+            files = list(Run.folder().glob("finder-sim-demo.*"))
+            return sorted(self.home.path.rglob("*")), files, sorted(Run.processes())
+
+        self.finder_sim("click", "压缩为 ZIP", *SELECT)  # Starts the run's notification daemon.
+        before = left()
+        self.assertEqual(before[1], [])
+        self.finder_sim("demo")
+        self.assertEqual(left(), before)
+
+    def test_the_demonstration_leaves_nothing_when_it_is_interrupted(self):
+        self.finder_sim("click", "压缩为 ZIP", *SELECT)
+        before = sorted(Run.processes())
+        demonstration = subprocess.Popen(
+            [build_folder() / "finder-sim", "demo"], stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL, env=program_environment(self.home))
+        self.addCleanup(demonstration.wait)
+        self.addCleanup(demonstration.kill)
+        until(self.containing_applications, "an application was launched")
+        demonstration.send_signal(signal.SIGINT)
+        self.assertEqual(demonstration.wait(TIME_LIMIT), 128 + signal.SIGINT)
+        until(lambda: sorted(Run.processes()) == before, "all processes ended")
+        self.assertEqual(list(Run.folder().glob("finder-sim-demo.*")), [])
 
 
 if __name__ == "__main__":
