@@ -2,7 +2,7 @@
 
 PRESET ?= dev
 
-.PHONY: help setup build run test coverage bench format format-check lint macos-check clean
+.PHONY: help setup build run test coverage bench format format-check lint macos-check appex clean
 
 help:  ## list the targets
 	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
@@ -27,7 +27,7 @@ bench: setup  ## run the benchmarks
 	@scripts/build release
 	@scripts/benchmark
 
-format:  ## format the sources
+format: setup  ## format the sources
 	@scripts/format
 
 format-check: setup
@@ -38,6 +38,9 @@ lint: setup  ## clang-tidy and shellcheck
 
 macos-check: setup  ## build and inspect the bundle for the Mac, from Linux
 	@scripts/macos-check
+
+appex: setup  ## build the extension for every Mac, on a Mac
+	@scripts/appex
 
 clean:  ## remove everything that was built
 	@rm -rf build

@@ -190,7 +190,8 @@ class EmbedTest(unittest.TestCase):
         root = self.folder / "project"
         (root / "scripts").mkdir(parents=True)
         shutil.copytree(ROOT / "Bundle", root / "Bundle")
-        shutil.copy(ROOT / "scripts" / "embed", root / "scripts")
+        for script in ("appex", "embed"):
+            shutil.copy(ROOT / "scripts" / script, root / "scripts")
         result = self.embed(self.app, script=root / "scripts" / "embed")
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(
@@ -198,7 +199,7 @@ class EmbedTest(unittest.TestCase):
             [
                 ["--preset", "macos-universal"],
                 ["--build", "--preset", "macos-universal"],
-                ["--install", "build/macos-universal", "--prefix", "build/macos-universal/product"],
+                ["--install", "build/macos-universal", "--prefix", "build/product"],
             ],
         )
         self.assertEqual(
