@@ -5,7 +5,7 @@ PRESET ?= dev
 .PHONY: help setup build run test coverage bench format format-check lint macos-check appex clean
 
 help:  ## list the targets
-	@sed -n 's/^\([a-z-]*\):.*## /\1\t/p' $(MAKEFILE_LIST) | expand -t 16
+	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "%-16s%s\n", $$1, $$2 }' $(MAKEFILE_LIST)
 
 setup:  ## install what is missing
 	@scripts/setup
