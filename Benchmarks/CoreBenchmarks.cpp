@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Platform/PropertyList.hpp"
-#include "QuorvaFinderExtension/FinderSync.hpp"
+#include "QuorvaFinderExtension/FinderExtension.hpp"
 #include "QuorvaFinderExtension/FinderViewPresetSettings.hpp"
 #include "Tests/FakePlatform/FakePlatform.hpp"
 
@@ -62,9 +62,9 @@ void forgetHistory() {
 
 void requestMenu(benchmark::State& benchmark, const std::string& layout) {
     setUp(layout, benchmark.range(0), benchmark.range(1));
-    const quorva::FinderSync finderSync;
+    quorva::FinderExtension extension;
     for ([[maybe_unused]] auto round : benchmark) {
-        benchmark::DoNotOptimize(finderSync.menu(quorva::MenuKind::contextualMenuForItems));
+        benchmark::DoNotOptimize(extension.menu(quorva::MenuKind::contextualMenuForItems));
         benchmark.PauseTiming();
         forgetHistory();
         benchmark.ResumeTiming();
@@ -86,11 +86,11 @@ BENCHMARK(expandedMenu)
 
 void click(benchmark::State& benchmark) {
     setUp("collapsed", 5, benchmark.range(0));
-    const quorva::FinderSync finderSync;
+    quorva::FinderExtension extension;
     quorva::MenuItem sender;
     sender.title = "压缩为 ZIP";
     for ([[maybe_unused]] auto round : benchmark) {
-        finderSync.performFeatureChild(sender);
+        extension.performFeatureChild(sender);
         benchmark.PauseTiming();
         setUp("collapsed", 5, benchmark.range(0));
         benchmark.ResumeTiming();

@@ -64,12 +64,12 @@ void setUp(std::int64_t destinationCount) {
 void menuValue(benchmark::State& benchmark) {
     @autoreleasepool {
         setUp(benchmark.range(0));
-        const quorva::FinderSync finderSync;
+        quorva::FinderExtension extension;
         FIFinderSyncController* controller = [FIFinderSyncController defaultController];
         [controller beginWithSelectedItemURLs:selection(benchmark.range(1)) targetedURL:nil];
         for ([[maybe_unused]] auto round : benchmark) {
             @autoreleasepool {
-                benchmark::DoNotOptimize(finderSync.menu(quorva::MenuKind::contextualMenuForItems));
+                benchmark::DoNotOptimize(extension.menu(quorva::MenuKind::contextualMenuForItems));
             }
         }
         [controller end];

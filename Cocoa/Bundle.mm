@@ -5,7 +5,7 @@
 #import "Cocoa/StringConversion.h"
 #import "Cocoa/URLConversion.h"
 
-quorva::FileURL quorva::mainBundleURL() {
+quorva::FileURL quorva::platform::mainBundleURL() {
     @try {
         return fileURL([NSBundle mainBundle].bundleURL);
     } @catch (NSException*) {
@@ -13,7 +13,7 @@ quorva::FileURL quorva::mainBundleURL() {
     }
 }
 
-std::string quorva::localizedString(std::string_view key) {
+std::string quorva::platform::localizedString(std::string_view key) {
     @try {
         return utf8String([[NSBundle mainBundle] localizedStringForKey:foundationString(key)
                                                                  value:@""

@@ -4,9 +4,9 @@
 
 #import "Cocoa/StringConversion.h"
 
-void quorva::logToConsole(std::string_view message) {
+void quorva::platform::logToConsole(std::string_view message) {
     @try {
-        NSLog(@"%@", foundationString(message));
+        NSLog(@"QuorvaFinderExtension: %@", foundationString(message));
     } @catch (NSException*) {
         // The console is where a failure would be reported.
     }

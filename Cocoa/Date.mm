@@ -2,6 +2,6 @@
 
 #import <Foundation/Foundation.h>
 
-double quorva::timeIntervalSince1970() {
+double quorva::platform::timeIntervalSince1970() {
     return [NSDate date].timeIntervalSince1970;
 }

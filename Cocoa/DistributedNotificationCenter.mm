@@ -4,13 +4,14 @@
 
 #import "Cocoa/StringConversion.h"
 
-void quorva::postDistributedNotification(std::string_view name) {
+void quorva::platform::postDistributedNotification(std::string_view name) {
     @try {
         [[NSDistributedNotificationCenter defaultCenter] postNotificationName:foundationString(name)
                                                                        object:nil
                                                                      userInfo:nil
                                                            deliverImmediately:YES];
     } @catch (NSException* exception) {
-        NSLog(@"posting a distributed notification failed: %@", exception.reason);
+        NSLog(@"QuorvaFinderExtension: posting a distributed notification failed: %@",
+              exception.reason);
     }
 }

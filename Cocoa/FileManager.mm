@@ -6,7 +6,7 @@
 #import "Cocoa/StringConversion.h"
 #import "Cocoa/URLConversion.h"
 
-quorva::FileURL quorva::homeDirectoryForCurrentUser() {
+quorva::FileURL quorva::platform::homeDirectoryForCurrentUser() {
     @try {
         return fileURL([NSFileManager defaultManager].homeDirectoryForCurrentUser);
     } @catch (NSException*) {
@@ -14,7 +14,8 @@ quorva::FileURL quorva::homeDirectoryForCurrentUser() {
     }
 }
 
-std::vector<quorva::FileURL> quorva::urlsForDirectoryInUserDomain(SearchPathDirectory directory) {
+std::vector<quorva::FileURL> quorva::platform::urlsForDirectoryInUserDomain(
+    SearchPathDirectory directory) {
     @try {
         return fileURLs([[NSFileManager defaultManager]
             URLsForDirectory:static_cast<NSSearchPathDirectory>(directory)
@@ -24,7 +25,7 @@ std::vector<quorva::FileURL> quorva::urlsForDirectoryInUserDomain(SearchPathDire
     }
 }
 
-quorva::Result<quorva::FileURL> quorva::urlForDirectoryInUserDomainCreating(
+quorva::Result<quorva::FileURL> quorva::platform::urlForDirectoryInUserDomainCreating(
     SearchPathDirectory directory) {
     @try {
         NSError* error = nil;
@@ -43,7 +44,8 @@ quorva::Result<quorva::FileURL> quorva::urlForDirectoryInUserDomainCreating(
     }
 }
 
-quorva::Result<void> quorva::createDirectoryWithIntermediateDirectories(const FileURL& url) {
+quorva::Result<void> quorva::platform::createDirectoryWithIntermediateDirectories(
+    const FileURL& url) {
     @try {
         NSError* error = nil;
         if (![[NSFileManager defaultManager] createDirectoryAtURL:foundationURL(url)
@@ -58,8 +60,8 @@ quorva::Result<void> quorva::createDirectoryWithIntermediateDirectories(const Fi
     }
 }
 
-quorva::Result<std::vector<quorva::FileURL>> quorva::contentsOfDirectorySkippingHiddenFiles(
-    const FileURL& url) {
+quorva::Result<std::vector<quorva::FileURL>>
+quorva::platform::contentsOfDirectorySkippingHiddenFiles(const FileURL& url) {
     @try {
         NSError* error = nil;
         NSArray<NSURL*>* contents = [[NSFileManager defaultManager]
@@ -76,7 +78,7 @@ quorva::Result<std::vector<quorva::FileURL>> quorva::contentsOfDirectorySkipping
     }
 }
 
-bool quorva::fileExistsAtPath(const std::string& path) {
+bool quorva::platform::fileExistsAtPath(const std::string& path) {
     @try {
         return [[NSFileManager defaultManager] fileExistsAtPath:foundationString(path)];
     } @catch (NSException*) {

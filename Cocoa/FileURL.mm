@@ -5,7 +5,7 @@
 #import "Cocoa/StringConversion.h"
 #import "Cocoa/URLConversion.h"
 
-quorva::FileURL quorva::standardizedFileURL(const FileURL& url) {
+quorva::FileURL quorva::platform::standardizedFileURL(const FileURL& url) {
     @try {
         const std::string path = utf8String(foundationURL(url).URLByStandardizingPath.path);
         return url.hasDirectoryPath() ? FileURL::directory(path) : FileURL::file(path);
@@ -14,7 +14,7 @@ quorva::FileURL quorva::standardizedFileURL(const FileURL& url) {
     }
 }
 
-std::string quorva::pathByResolvingSymbolicLinks(const std::string& path) {
+std::string quorva::platform::pathByResolvingSymbolicLinks(const std::string& path) {
     @try {
         return utf8String(foundationString(path).stringByResolvingSymlinksInPath);
     } @catch (NSException*) {

@@ -2,111 +2,97 @@
 
 #import <AppKit/AppKit.h>
 
-#include "Cocoa/DeliveredMenuItem.hpp"
 #import "Cocoa/MenuRendering.h"
 #import "Cocoa/PropertyListConversion.h"
 #import "Cocoa/StringConversion.h"
-#include "QuorvaFinderExtension/Containment.hpp"
+#import "Cocoa/SystemEntry.h"
+
+using quorva::enterFromSystem;
+using quorva::FinderExtension;
+using quorva::foundationString;
+
+namespace {
+
+NSString* settingsChangedNotificationName() {
+    return foundationString(FinderExtension::settingsChangedNotificationName);
+}
+
+/// `text` as a string that the caller's own pool releases, nil should making it fail.
+NSString* contained(std::string_view operation, std::string_view text) {
+    NSString* string = nil;
+    enterFromSystem(operation, [&] { string = [foundationString(text) retain]; });
+    return [string autorelease];
+}
+
+}  // namespace
 
 @implementation FinderSync
 
 - (instancetype)init {
     self = [super init];
     if (self != nil) {
-        @autoreleasepool {
-            _finderSync.emplace();
-            quorva::contain([&] {
-                @try {
-                    [[NSDistributedNotificationCenter defaultCenter]
-                        addObserver:self
-                           selector:@selector(handleSettingsChanged:)
-                               name:[FinderSync settingsChangedNotificationName]
-                             object:nil];
-                } @catch (NSException* exception) {
-                    NSLog(@"observing the settings failed: %@", exception.reason);
-                }
-            });
-        }
+        enterFromSystem("start", [&] { _extension.start(); });
+        // An extension is never the active application, and a center that is suspended for that
+        // keeps back what is not wanted immediately.
+        enterFromSystem("observation of the settings", [&] {
+            [[NSDistributedNotificationCenter defaultCenter]
+                       addObserver:self
+                          selector:@selector(handleSettingsChanged:)
+                              name:settingsChangedNotificationName()
+                            object:nil
+                suspensionBehavior:NSNotificationSuspensionBehaviorDeliverImmediately];
+        });
     }
     return self;
 }
 
 - (void)dealloc {
-    @autoreleasepool {
-        quorva::contain([&] {
-            @try {
-                [[NSDistributedNotificationCenter defaultCenter]
-                    removeObserver:self
-                              name:[FinderSync settingsChangedNotificationName]
-                            object:nil];
-            } @catch (NSException* exception) {
-                NSLog(@"ending the observation of the settings failed: %@", exception.reason);
-            }
-        });
-    }
+    enterFromSystem("end of the observation of the settings", [&] {
+        [[NSDistributedNotificationCenter defaultCenter]
+            removeObserver:self
+                      name:settingsChangedNotificationName()
+                    object:nil];
+    });
     [super dealloc];
 }
 
-+ (NSString*)settingsChangedNotificationName {
-    return quorva::foundationString(quorva::FinderSync::settingsChangedNotificationName);
-}
-
 - (NSString*)toolbarItemName {
-    return quorva::foundationString(quorva::FinderSync::toolbarItemName);
+    return contained("toolbar item name", FinderExtension::toolbarItemName);
 }
 
 - (NSString*)toolbarItemToolTip {
-    return quorva::foundationString(quorva::FinderSync::toolbarItemToolTip);
+    return contained("toolbar item tool tip", FinderExtension::toolbarItemToolTip);
 }
 
 // Finder shows a toolbar item only when it has an image too.
 - (NSImage*)toolbarItemImage {
-    return [NSImage imageNamed:NSImageNameActionTemplate];
+    NSImage* image = nil;
+    enterFromSystem("toolbar item image",
+                    [&] { image = [[NSImage imageNamed:NSImageNameActionTemplate] retain]; });
+    return [image autorelease];
 }
 
 - (NSMenu*)menuForMenuKind:(FIMenuKind)whichMenu {
     NSMenu* menu = nil;
-    @autoreleasepool {
-        quorva::contain([&] {
-            @try {
-                quorva::Menu requested =
-                    _finderSync->menu(static_cast<quorva::MenuKind>(whichMenu));
-                menu = [quorva::renderedMenu(requested, self) retain];
-                _menu = std::move(requested);
-            } @catch (NSException* exception) {
-                NSLog(@"rendering the menu failed: %@", exception.reason);
-            }
-        });
-    }
+    enterFromSystem("menu request", [&] {
+        const auto kind = static_cast<quorva::MenuKind>(whichMenu);
+        menu = [quorva::renderedMenu(_extension.menu(kind), self) retain];
+    });
     return [menu autorelease];
 }
 
 - (void)performFeatureChild:(id)sender {
-    @autoreleasepool {
-        quorva::contain([&] {
-            @try {
-                if ([sender isKindOfClass:[NSMenuItem class]]) {
-                    _finderSync->performFeatureChild(
-                        quorva::deliveredMenuItem(quorva::menuItem(sender), _menu));
-                }
-            } @catch (NSException* exception) {
-                NSLog(@"reading the clicked item failed: %@", exception.reason);
-            }
-        });
-    }
+    enterFromSystem("click", [&] {
+        if ([sender isKindOfClass:[NSMenuItem class]]) {
+            _extension.performFeatureChild(quorva::menuItem(sender));
+        }
+    });
 }
 
 - (void)handleSettingsChanged:(NSNotification*)notification {
-    @autoreleasepool {
-        quorva::contain([&] {
-            @try {
-                _finderSync->handleSettingsChanged(
-                    quorva::propertyListEntries(notification.userInfo));
-            } @catch (NSException* exception) {
-                NSLog(@"reading the notification failed: %@", exception.reason);
-            }
-        });
-    }
+    enterFromSystem("settings change", [&] {
+        _extension.handleSettingsChanged(quorva::propertyListEntries(notification.userInfo));
+    });
 }
 
 @end

@@ -5,7 +5,7 @@
 
 #import "Cocoa/URLConversion.h"
 
-std::optional<std::vector<quorva::FileURL>> quorva::selectedItemURLs() {
+std::optional<std::vector<quorva::FileURL>> quorva::platform::selectedItemURLs() {
     @try {
         NSArray<NSURL*>* urls = [FIFinderSyncController defaultController].selectedItemURLs;
         return urls == nil ? std::nullopt : std::optional(fileURLs(urls));
@@ -14,7 +14,7 @@ std::optional<std::vector<quorva::FileURL>> quorva::selectedItemURLs() {
     }
 }
 
-std::optional<quorva::FileURL> quorva::targetedURL() {
+std::optional<quorva::FileURL> quorva::platform::targetedURL() {
     @try {
         NSURL* url = [FIFinderSyncController defaultController].targetedURL;
         return url.path.length == 0 ? std::nullopt : std::optional(fileURL(url));
@@ -23,7 +23,7 @@ std::optional<quorva::FileURL> quorva::targetedURL() {
     }
 }
 
-void quorva::setDirectoryURLs(const std::set<FileURL>& urls) {
+void quorva::platform::setDirectoryURLs(const std::set<FileURL>& urls) {
     @try {
         NSMutableSet<NSURL*>* directoryURLs = [NSMutableSet setWithCapacity:urls.size()];
         for (const FileURL& url : urls) {
@@ -31,6 +31,6 @@ void quorva::setDirectoryURLs(const std::set<FileURL>& urls) {
         }
         [FIFinderSyncController defaultController].directoryURLs = directoryURLs;
     } @catch (NSException* exception) {
-        NSLog(@"setting the monitored folders failed: %@", exception.reason);
+        NSLog(@"QuorvaFinderExtension: setting the monitored folders failed: %@", exception.reason);
     }
 }

@@ -13,15 +13,16 @@ os_log_t logObject(void* log) {
 
 }  // namespace
 
-quorva::Logger::Logger(const char* subsystem, const char* category) noexcept
+quorva::platform::Logger::Logger(const char* subsystem, const char* category) noexcept
     : log_(os_log_create(subsystem, category)) {}
 
-quorva::Logger::~Logger() {
+quorva::platform::Logger::~Logger() {
     [logObject(log_) release];
 }
 
-void quorva::Logger::menuRequested(unsigned long kind, long selected, std::string_view targeted,
-                                   long features, bool grouped, std::string_view layout) const {
+void quorva::platform::Logger::menuRequested(unsigned long kind, long selected,
+                                             std::string_view targeted, long features, bool grouped,
+                                             std::string_view layout) const {
     os_log_info(logObject(log_),
                 "Menu requested. kind=%{public}lu, selected=%{public}ld, targeted=%{public}s, "
                 "features=%{public}ld, grouped=%{bool,public}d, layout=%{public}s",
@@ -29,7 +30,7 @@ void quorva::Logger::menuRequested(unsigned long kind, long selected, std::strin
                 std::string(layout).c_str());
 }
 
-void quorva::Logger::refreshedDirectories(std::string_view reason, long count) const {
+void quorva::platform::Logger::refreshedDirectories(std::string_view reason, long count) const {
     os_log_info(logObject(log_),
                 "FinderSync refreshed directories. reason=%{public}s, count=%{public}ld",
                 std::string(reason).c_str(), count);

@@ -2,7 +2,7 @@
 
 #import <objc/runtime.h>
 
-#import "Cocoa/FinderActionContext.h"
+#import "Cocoa/FinderActionContextObject.h"
 #import "Cocoa/PropertyListConversion.h"
 #import "Cocoa/StringConversion.h"
 
@@ -43,9 +43,8 @@ class MenuRenderer {
     }
 
     id representedObject(const quorva::RepresentedObject& object) {
-        if (const auto* context =
-                std::get_if<std::shared_ptr<const quorva::FinderActionContext>>(&object)) {
-            return [[[FinderActionContext alloc] initWithContext:*context] autorelease];
+        if (const auto* context = std::get_if<quorva::FinderActionContextPointer>(&object)) {
+            return [[[FinderActionContextObject alloc] initWithContext:*context] autorelease];
         }
         if (const auto* entries = std::get_if<quorva::PropertyList::Dictionary>(&object)) {
             return converter_.dictionary(*entries);
@@ -61,8 +60,8 @@ quorva::RepresentedObject representedObject(id object) {
     if (object == nil) {
         return {};
     }
-    if ([object isKindOfClass:[FinderActionContext class]]) {
-        return [static_cast<FinderActionContext*>(object) context];
+    if ([object isKindOfClass:[FinderActionContextObject class]]) {
+        return [static_cast<FinderActionContextObject*>(object) context];
     }
     if (auto entries = quorva::propertyListEntries(object)) {
         return std::move(*entries);

@@ -4,7 +4,7 @@
 
 #import "Cocoa/StringConversion.h"
 
-std::string quorva::userName() {
+std::string quorva::platform::userName() {
     @try {
         return utf8String(NSUserName());
     } @catch (NSException*) {
@@ -12,7 +12,7 @@ std::string quorva::userName() {
     }
 }
 
-std::optional<std::string> quorva::homeDirectoryForUser(const std::string& name) {
+std::optional<std::string> quorva::platform::homeDirectoryForUser(const std::string& name) {
     @try {
         NSString* home = NSHomeDirectoryForUser(foundationString(name));
         return home == nil ? std::nullopt : std::optional(utf8String(home));

@@ -11,17 +11,17 @@
 
 namespace quorva {
 
-/// `object` as a property list. Fails when it, or anything in it, is of a class that no property
-/// list holds, when a dictionary in it has a key that is no string, and when it goes beyond a
-/// limit of `Platform/PropertyListSerialization.hpp`.
+/// `object` as a property list. Fails when it holds more values or bytes than the limits of
+/// `Platform/PropertyListSerialization.hpp`. What is of a class that no property list holds, is a
+/// dictionary with a key that is not a string, or lies too deep is `Unsupported` where it stands.
 ///
 /// A number that is of the class of booleans is a boolean; one with a floating-point type, or one
-/// that is no `std::int64_t`, is a real; every other is an integer.
-Result<PropertyList> propertyList(id object);
+/// that does not fit `std::int64_t`, is a real; every other is an integer.
+[[nodiscard]] Result<PropertyList> propertyList(id object);
 
-/// The entries of `dictionary` whose values are property lists. Nothing when `dictionary` is nil,
-/// is no dictionary, or has a key that is no string.
-std::optional<PropertyList::Dictionary> propertyListEntries(id dictionary);
+/// The entries of `dictionary`, but for those that go beyond a limit. Nothing when `dictionary` is nil,
+/// is not a dictionary, or has a key that is not a string.
+[[nodiscard]] std::optional<PropertyList::Dictionary> propertyListEntries(id dictionary);
 
 /// Makes Foundation objects of property lists. An array that several of them share is made once; so
 /// the property lists must live as long as the converter.

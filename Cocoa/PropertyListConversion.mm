@@ -17,7 +17,7 @@ class PropertyListConverter {
             return std::unexpected(Error{"The property list holds too many values."});
         }
         if (depth > propertyListDepthLimit) {
-            return std::unexpected(Error{"The property list is nested too deeply."});
+            return PropertyList(PropertyList::Unsupported());
         }
         if ([object isKindOfClass:[NSString class]] || [object isKindOfClass:[NSData class]]) {
             return leaf(object);
@@ -34,11 +34,11 @@ class PropertyListConverter {
         if ([object isKindOfClass:[NSDate class]]) {
             return PropertyList(PropertyList::Date{[object timeIntervalSince1970]});
         }
-        return std::unexpected(Error{"The property list holds an object of an unknown type."});
+        return PropertyList(PropertyList::Unsupported());
     }
 
    private:
-    /// A text or data, which share one limit.
+    /// A string or data, which share one limit.
     Result<PropertyList> leaf(id object) {
         byteCount_ += [object length];
         if (byteCount_ > propertyListByteLimit) {
@@ -52,7 +52,7 @@ class PropertyListConverter {
         PropertyList::Dictionary entries;
         for (id key in dictionary) {
             if (![key isKindOfClass:[NSString class]]) {
-                return std::unexpected(Error{"The property list has a key that is no string."});
+                return PropertyList(PropertyList::Unsupported());
             }
             Result<PropertyList> name = leaf(key);
             Result<PropertyList> value =
@@ -139,7 +139,10 @@ id quorva::FoundationObjectConverter::object(const PropertyList& value) {
     if (const auto* date = value.date()) {
         return [NSDate dateWithTimeIntervalSince1970:date->timeIntervalSince1970];
     }
-    return foundationData(*value.data());
+    if (const auto* data = value.data()) {
+        return foundationData(*data);
+    }
+    return [NSNull null];
 }
 
 NSDictionary* quorva::FoundationObjectConverter::dictionary(

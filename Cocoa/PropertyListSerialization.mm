@@ -6,18 +6,20 @@
 #import "Cocoa/ErrorConversion.h"
 #import "Cocoa/PropertyListConversion.h"
 
-quorva::Result<quorva::PropertyList> quorva::propertyListWithData(const Data& data) {
-    @try {
-        NSError* error = nil;
-        id object = [NSPropertyListSerialization propertyListWithData:foundationData(data)
-                                                              options:NSPropertyListImmutable
-                                                               format:nullptr
-                                                                error:&error];
-        if (object == nil) {
-            return std::unexpected(platformError(error));
+quorva::Result<quorva::PropertyList> quorva::platform::propertyListWithData(const Data& data) {
+    @autoreleasepool {
+        @try {
+            NSError* error = nil;
+            id object = [NSPropertyListSerialization propertyListWithData:foundationData(data)
+                                                                  options:NSPropertyListImmutable
+                                                                   format:nullptr
+                                                                    error:&error];
+            if (object == nil) {
+                return std::unexpected(platformError(error));
+            }
+            return propertyList(object);
+        } @catch (NSException* exception) {
+            return std::unexpected(platformError(exception));
         }
-        return propertyList(object);
-    } @catch (NSException* exception) {
-        return std::unexpected(platformError(exception));
     }
 }

@@ -4,7 +4,7 @@
 
 #import "Cocoa/StringConversion.h"
 
-std::size_t quorva::runningApplicationCount(std::string_view bundleIdentifier) {
+std::size_t quorva::platform::runningApplicationCount(std::string_view bundleIdentifier) {
     @try {
         return [NSRunningApplication
                    runningApplicationsWithBundleIdentifier:foundationString(bundleIdentifier)]

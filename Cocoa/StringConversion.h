@@ -11,7 +11,7 @@ namespace quorva {
 /// Never nil; bytes that are not UTF-8 become U+FFFD.
 NSString* foundationString(std::string_view text);
 
-/// `string` in UTF-8. Surrogates without a partner become U+FFFD; nil is the empty text.
+/// `string` in UTF-8. Surrogates without a partner become U+FFFD; nil is the empty string.
 std::string utf8String(NSString* string);
 
 }  // namespace quorva

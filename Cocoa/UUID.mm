@@ -4,6 +4,6 @@
 
 #import "Cocoa/StringConversion.h"
 
-std::string quorva::newUUIDString() {
+std::string quorva::platform::newUUIDString() {
     return utf8String([NSUUID UUID].UUIDString);
 }

@@ -3,23 +3,12 @@
 #import <AppKit/AppKit.h>
 
 #import "Cocoa/ErrorConversion.h"
+#import "Cocoa/SystemEntry.h"
 #import "Cocoa/URLConversion.h"
-#include "QuorvaFinderExtension/Containment.hpp"
 
-namespace {
-
-std::optional<quorva::Error> launchError(NSError* error) {
-    @try {
-        return error == nil ? std::nullopt : std::optional(quorva::platformError(error));
-    } @catch (NSException* exception) {
-        return quorva::platformError(exception);
-    }
-}
-
-}  // namespace
-
-void quorva::openApplication(const FileURL& url, const OpenConfiguration& configuration,
-                             std::function<void(const std::optional<Error>& error)> completion) {
+void quorva::platform::openApplication(
+    const FileURL& url, const OpenConfiguration& configuration,
+    std::function<void(const std::optional<Error>& error)> completion) {
     @try {
         NSWorkspaceOpenConfiguration* openConfiguration =
             [NSWorkspaceOpenConfiguration configuration];
@@ -29,9 +18,10 @@ void quorva::openApplication(const FileURL& url, const OpenConfiguration& config
             openApplicationAtURL:foundationURL(url)
                    configuration:openConfiguration
                completionHandler:^(NSRunningApplication*, NSError* error) {
-                   @autoreleasepool {
-                       contain([&] { completion(launchError(error)); });
-                   }
+                   enterFromSystem("completion of the launch", [&] {
+                       completion(error == nil ? std::nullopt
+                                               : std::optional(platformError(error)));
+                   });
                }];
     } @catch (NSException* exception) {
         completion(platformError(exception));

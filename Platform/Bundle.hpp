@@ -5,14 +5,14 @@
 
 #include "Platform/FileURL.hpp"
 
-namespace quorva {
+namespace quorva::platform {
 
 /// The bundle that this process runs from: the extension's own, not the containing application's.
 /// The root, should the platform fail to tell.
-FileURL mainBundleURL();
+[[nodiscard]] FileURL mainBundleURL();
 
 /// The text for `key` in the main bundle's default string table, in the user's language. `key`
 /// itself when there is no translation.
-std::string localizedString(std::string_view key);
+[[nodiscard]] std::string localizedString(std::string_view key);
 
-}  // namespace quorva
+}  // namespace quorva::platform

@@ -2,9 +2,9 @@
 
 #include <string_view>
 
-namespace quorva {
+namespace quorva::platform {
 
-/// Sends `message` to the system console, as `NSLog` does.
+/// Sends `message` to the system console behind the extension's name and a colon, as `NSLog` does.
 void logToConsole(std::string_view message);
 
-}  // namespace quorva
+}  // namespace quorva::platform

@@ -19,17 +19,22 @@ inline Data dataWithText(std::string_view text) {
     return {bytes.begin(), bytes.end()};
 }
 
-/// Reads the whole file at `url` into memory.
+}  // namespace quorva
+
+namespace quorva::platform {
+
+/// Reads the whole regular file at `url`, through links, into memory.
 ///
-/// Fails when there is no file, when it is a folder, or when it may not be read. An empty file is a
-/// success with no bytes.
-Result<Data> dataWithContentsOfURL(const FileURL& url);
+/// Fails when there is no file, when what stands there is anything else (a folder, a pipe, a
+/// device), when it holds more than `byteLimit` bytes, or when it may not be read. Never waits for
+/// another process. An empty file is a success with no bytes.
+[[nodiscard]] Result<Data> dataWithContentsOfRegularFile(const FileURL& url, std::size_t byteLimit);
 
 /// Writes `data` to `url` so that at every moment a reader finds the old file, no file, or the
 /// whole new file: the bytes go to a temporary file in the same folder, which is then moved into
 /// place. A file that stands at `url` is replaced.
 ///
 /// On failure whatever stood at `url` is untouched and no temporary file is left.
-Result<void> writeDataAtomically(const Data& data, const FileURL& url);
+[[nodiscard]] Result<void> writeDataAtomically(const Data& data, const FileURL& url);
 
-}  // namespace quorva
+}  // namespace quorva::platform

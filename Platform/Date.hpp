@@ -1,8 +1,8 @@
 #pragma once
 
-namespace quorva {
+namespace quorva::platform {
 
 /// Now, in seconds since 1970-01-01 00:00:00 UTC, with a fraction.
-double timeIntervalSince1970();
+[[nodiscard]] double timeIntervalSince1970();
 
-}  // namespace quorva
+}  // namespace quorva::platform

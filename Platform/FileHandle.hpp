@@ -1,39 +1,37 @@
 #pragma once
 
-#include <memory>
+#include <optional>
 #include <string_view>
 
 #include "Platform/Error.hpp"
 #include "Platform/FileURL.hpp"
 
-namespace quorva {
+namespace quorva::platform {
 
-/// A file that is open for writing. Owned by one holder; closed, if it still is open, when the
-/// holder lets go of it.
+/// A regular file that is open for appending. Closed when its one owner lets go of it.
 class FileHandle {
  public:
-    /// Opens the existing file at `url` for writing, positioned at its start; nothing is truncated.
-    /// Fails when there is no file, when it is a folder, or when it may not be written.
-    static Result<FileHandle> forWritingToURL(const FileURL& url);
+    /// Opens the existing regular file at `url`, through links. Fails when there is none, when what
+    /// stands there is anything else (a folder, a pipe, a device), or when it may not be written.
+    /// Never waits for another process.
+    [[nodiscard]] static Result<FileHandle> forAppendingToURL(const FileURL& url);
 
-    FileHandle(FileHandle&&) noexcept;
-    FileHandle& operator=(FileHandle&&) noexcept;
+    FileHandle(FileHandle&& other) noexcept;
+    FileHandle& operator=(FileHandle&&) = delete;
     ~FileHandle();
 
-    /// Moves the position behind the last byte.
-    Result<void> seekToEnd();
+    /// The last byte of the file. Absent when the file is empty or may be written but not read.
+    [[nodiscard]] std::optional<char> lastByte() const;
 
-    /// Writes all of `bytes` at the position, in one write where the system allows it.
-    Result<void> write(std::string_view bytes);
-
-    /// Closes the file. The handle is of no further use.
-    Result<void> close();
+    /// Writes `bytes` behind whatever the file holds at that moment, in one write where the system
+    /// allows it: what several processes append at once does not mix.
+    [[nodiscard]] Result<void> write(std::string_view bytes);
 
  private:
-    class Implementation;
-    explicit FileHandle(std::unique_ptr<Implementation> implementation);
+    explicit FileHandle(int descriptor) : descriptor_(descriptor) {}
 
-    std::unique_ptr<Implementation> implementation_;
+    /// Negative when the handle was moved from.
+    int descriptor_;
 };
 
-}  // namespace quorva
+}  // namespace quorva::platform

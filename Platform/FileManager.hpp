@@ -7,7 +7,7 @@
 #include "Platform/Error.hpp"
 #include "Platform/FileURL.hpp"
 
-namespace quorva {
+namespace quorva::platform {
 
 /// The standard directories that the platform is asked for. The values are Foundation's
 /// `NSSearchPathDirectory`.
@@ -23,28 +23,29 @@ enum class SearchPathDirectory : unsigned long {
 
 /// The home directory of the current user as this process sees it: inside the App Sandbox, the
 /// process's container. The root, should the platform fail to tell.
-FileURL homeDirectoryForCurrentUser();
+[[nodiscard]] FileURL homeDirectoryForCurrentUser();
 
 /// The user-domain locations of `directory`, best first. Empty when the platform knows none. The
 /// directories need not exist.
-std::vector<FileURL> urlsForDirectoryInUserDomain(SearchPathDirectory directory);
+[[nodiscard]] std::vector<FileURL> urlsForDirectoryInUserDomain(SearchPathDirectory directory);
 
 /// The user-domain location of `directory`, created when it does not exist. Fails when it cannot be
 /// created.
-Result<FileURL> urlForDirectoryInUserDomainCreating(SearchPathDirectory directory);
+[[nodiscard]] Result<FileURL> urlForDirectoryInUserDomainCreating(SearchPathDirectory directory);
 
 /// Creates the directory at `url` and those above it that are missing, with the platform's default
 /// attributes. A directory that stands there already is a success; a file in its place is a
 /// failure.
-Result<void> createDirectoryWithIntermediateDirectories(const FileURL& url);
+[[nodiscard]] Result<void> createDirectoryWithIntermediateDirectories(const FileURL& url);
 
 /// The entries of the directory at `url`, without hidden ones, in no particular order, each saying
 /// whether it is a directory. Does not descend. Fails when there is no such directory or it may not
 /// be read.
-Result<std::vector<FileURL>> contentsOfDirectorySkippingHiddenFiles(const FileURL& url);
+[[nodiscard]] Result<std::vector<FileURL>> contentsOfDirectorySkippingHiddenFiles(
+    const FileURL& url);
 
 /// Whether anything stands at `path`, a directory included. A link to nothing is nothing, and so is
 /// what the platform fails to tell.
-bool fileExistsAtPath(const std::string& path);
+[[nodiscard]] bool fileExistsAtPath(const std::string& path);
 
-}  // namespace quorva
+}  // namespace quorva::platform

@@ -17,10 +17,10 @@ class FileURL {
  public:
     /// Names a file: `path` without its trailing slashes. A path that had one names a directory,
     /// because that is what the slash says.
-    static FileURL file(std::string_view path);
+    [[nodiscard]] static FileURL file(std::string_view path);
 
     /// Names a directory, with or without a trailing slash in `path`.
-    static FileURL directory(std::string_view path);
+    [[nodiscard]] static FileURL directory(std::string_view path);
 
     /// The path, without a trailing slash unless it is the root's.
     [[nodiscard]] const std::string& path() const { return path_; }
@@ -47,15 +47,6 @@ class FileURL {
     std::string path_;
     bool hasDirectoryPath_;
 };
-
-/// `url` in the platform's standard form: no `.` and no `..`, no doubled slashes. On macOS a path
-/// below `/private` loses that prefix where the shorter path names the same thing. Whether it names
-/// a directory is kept.
-FileURL standardizedFileURL(const FileURL& url);
-
-/// `path` with every symbolic link in it followed. What does not exist is left as it is. On macOS a
-/// result below `/private` loses that prefix where the shorter path names the same thing.
-std::string pathByResolvingSymbolicLinks(const std::string& path);
 
 inline std::string_view FileURL::withoutTrailingSlashes(std::string_view path) {
     while (path.size() > 1 && path.ends_with('/')) {
@@ -93,3 +84,16 @@ inline FileURL FileURL::deletingLastPathComponent() const {
 }
 
 }  // namespace quorva
+
+namespace quorva::platform {
+
+/// `url` in the platform's standard form: no `.` and no `..`, no doubled slashes. On macOS a path
+/// below `/private` loses that prefix where the shorter path names the same thing. Whether it names
+/// a directory is kept.
+[[nodiscard]] FileURL standardizedFileURL(const FileURL& url);
+
+/// `path` with every symbolic link in it followed. What does not exist is left as it is. On macOS a
+/// result below `/private` loses that prefix where the shorter path names the same thing.
+[[nodiscard]] std::string pathByResolvingSymbolicLinks(const std::string& path);
+
+}  // namespace quorva::platform

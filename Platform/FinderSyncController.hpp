@@ -6,17 +6,18 @@
 
 #include "Platform/FileURL.hpp"
 
-namespace quorva {
+namespace quorva::platform {
 
 /// The items selected in the Finder window, in Finder's order. Absent when Finder gives none, and
 /// at every moment other than a menu request or a click.
-std::optional<std::vector<FileURL>> selectedItemURLs();
+[[nodiscard]] std::optional<std::vector<FileURL>> selectedItemURLs();
 
 /// The folder that the Finder window shows. Absent when Finder gives none, and at every moment
 /// other than a menu request or a click.
-std::optional<FileURL> targetedURL();
+[[nodiscard]] std::optional<FileURL> targetedURL();
 
-/// Replaces the set of folders for which Finder asks this extension for menus.
+/// Replaces the set of folders for which Finder asks this extension for menus. A failure is written
+/// to the console and not reported.
 void setDirectoryURLs(const std::set<FileURL>& urls);
 
-}  // namespace quorva
+}  // namespace quorva::platform

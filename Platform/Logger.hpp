@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace quorva {
+namespace quorva::platform {
 
 /// The unified system log. Each operation emits one record at level info with every field public.
 ///
@@ -29,4 +29,4 @@ class Logger {
     void* log_;
 };
 
-}  // namespace quorva
+}  // namespace quorva::platform

@@ -21,7 +21,7 @@ namespace quorva {
 ///
 /// An immutable value. Copies share their dictionaries and arrays, so a copy costs the same however
 /// many values it holds.
-/// The accessors answer null when the value is of another type; no type is ever converted to
+/// The accessors return null when the value is of another type; no type is ever converted to
 /// another (the integer 1 is not a boolean).
 class PropertyList {
  public:
@@ -33,6 +33,13 @@ class PropertyList {
         double timeIntervalSince1970;
 
         friend bool operator==(const Date&, const Date&) = default;
+    };
+
+    /// A value that the platform has and that this type does not: of another class, with keys that
+    /// are not strings, or nested too deeply. No accessor returns it, so it counts as a value of
+    /// the wrong type wherever one is wanted.
+    struct Unsupported {
+        friend bool operator==(const Unsupported&, const Unsupported&) = default;
     };
 
     // Implicit on purpose: dictionaries and arrays are written as literals of plain values.
@@ -52,6 +59,7 @@ class PropertyList {
         : value_(real) {}
     PropertyList(Date date) : value_(date) {}             // NOLINT(google-explicit-constructor)
     PropertyList(Data data) : value_(std::move(data)) {}  // NOLINT(google-explicit-constructor)
+    PropertyList(Unsupported value) : value_(value) {}    // NOLINT(google-explicit-constructor)
 
     [[nodiscard]] const Dictionary* dictionary() const;
     [[nodiscard]] const Array* array() const;
@@ -67,7 +75,7 @@ class PropertyList {
 
  private:
     using Value = std::variant<std::shared_ptr<const Dictionary>, std::shared_ptr<const Array>,
-                               std::string, bool, std::int64_t, double, Date, Data>;
+                               std::string, bool, std::int64_t, double, Date, Data, Unsupported>;
 
     Value value_;
 };

@@ -8,8 +8,8 @@
 
 namespace quorva {
 
-/// How deep containers may lie in one another. No settings file is deeper than three; the limit is
-/// what keeps a hostile file from exhausting the stack.
+/// How deep values may lie in one another, the outermost counted. No settings file is deeper than
+/// four; the limit is what keeps a hostile file from exhausting the stack.
 inline constexpr std::size_t propertyListDepthLimit = 512;
 
 /// How many values a property list may hold, counting a value that is shared once per place where
@@ -21,10 +21,15 @@ inline constexpr std::size_t propertyListValueLimit = 1'000'000;
 /// the values.
 inline constexpr std::size_t propertyListByteLimit = 64'000'000;
 
+}  // namespace quorva
+
+namespace quorva::platform {
+
 /// Parses `data` as a property list in any encoding that the platform reads.
 ///
-/// Fails when the bytes are no property list, when they hold something that no property list may,
-/// and when they go beyond one of the limits above.
-Result<PropertyList> propertyListWithData(const Data& data);
+/// Fails when the bytes are not a property list and when they hold more values or bytes than the
+/// limits above. A value that is nested too deeply, and one of a class that `PropertyList` has no
+/// type for, is `PropertyList::Unsupported` where it stands.
+[[nodiscard]] Result<PropertyList> propertyListWithData(const Data& data);
 
-}  // namespace quorva
+}  // namespace quorva::platform

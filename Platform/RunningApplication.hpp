@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <string_view>
 
-namespace quorva {
+namespace quorva::platform {
 
 /// How many applications with `bundleIdentifier` are running in the user's session. None,
 /// should the platform fail to tell.
-std::size_t runningApplicationCount(std::string_view bundleIdentifier);
+[[nodiscard]] std::size_t runningApplicationCount(std::string_view bundleIdentifier);
 
-}  // namespace quorva
+}  // namespace quorva::platform

@@ -6,7 +6,7 @@
 #include "Platform/Error.hpp"
 #include "Platform/FileURL.hpp"
 
-namespace quorva {
+namespace quorva::platform {
 
 /// How an application is opened.
 struct OpenConfiguration {
@@ -26,4 +26,4 @@ struct OpenConfiguration {
 void openApplication(const FileURL& url, const OpenConfiguration& configuration,
                      std::function<void(const std::optional<Error>& error)> completion);
 
-}  // namespace quorva
+}  // namespace quorva::platform

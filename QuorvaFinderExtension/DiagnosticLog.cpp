@@ -31,32 +31,34 @@ std::string dateDescription(double timeInterval) {
     return {text.data(), static_cast<std::size_t>(length)};
 }
 
-/// Appends `text` to the file at `url`. A file that is not there, or that can't be opened for
-/// writing, is replaced by one that holds only `text`: better the last line than none.
-void write(std::string_view text, const FileURL& url) {
-    if (fileExistsAtPath(url.path())) {
-        if (Result<FileHandle> handle = FileHandle::forWritingToURL(url)) {
-            static_cast<void>(handle->seekToEnd());
-            static_cast<void>(handle->write(text));
-            static_cast<void>(handle->close());
+/// Appends `line` to the file at `url`. A file that is not there, or that can't be opened for
+/// writing, is replaced by one that holds only `line`: better the last line than none.
+void write(std::string line, const FileURL& url) {
+    if (platform::fileExistsAtPath(url.path())) {
+        if (Result<platform::FileHandle> handle = platform::FileHandle::forAppendingToURL(url)) {
+            // A full disk may have torn the line before; this one still begins on its own.
+            if (handle->lastByte().value_or('\n') != '\n') {
+                line.insert(0, 1, '\n');
+            }
+            static_cast<void>(handle->write(line));
             return;
         }
     }
-    static_cast<void>(writeDataAtomically(dataWithText(text), url));
+    static_cast<void>(platform::writeDataAtomically(dataWithText(line), url));
 }
 
 void appendToFiles(std::string_view message) {
-    const std::string line =
-        "[" + dateDescription(timeIntervalSince1970()) + "] " + std::string(message) + "\n";
-    logToConsole("QuorvaFinderExtension: " + std::string(message));
+    const std::string line = "[" + dateDescription(platform::timeIntervalSince1970()) + "] " +
+                             std::string(message) + "\n";
+    platform::logToConsole(message);
     write(line, FileURL::file(temporaryDiagnosticLogPath));
-    const Result<FileURL> applicationSupport =
-        urlForDirectoryInUserDomainCreating(SearchPathDirectory::applicationSupport);
+    const Result<FileURL> applicationSupport = platform::urlForDirectoryInUserDomainCreating(
+        platform::SearchPathDirectory::applicationSupport);
     if (!applicationSupport) {
         return;
     }
     const FileURL folder = applicationSupport->appendingDirectory("Quorva");
-    static_cast<void>(createDirectoryWithIntermediateDirectories(folder));
+    static_cast<void>(platform::createDirectoryWithIntermediateDirectories(folder));
     write(line, folder.appendingFile(diagnosticLogFileName));
 }
 

@@ -19,14 +19,19 @@ inline constexpr std::string_view diagnosticLogFileName = "FinderExtension.log";
 /// diagnostic log files. The message is written as it is, line feeds included.
 ///
 /// Never fails: a file that can't be written goes without the line, and the other still gets it. A
-/// file that exists but can't be opened for writing is replaced by one that holds just this line.
-/// Takes no lock and may be called from any thread; each line is one write.
+/// file that exists but can't be opened for writing, or is not a regular file, is replaced by one
+/// that holds just this line.
+///
+/// May be called from any thread, and several processes write to the same files: each line is one
+/// write in the system's append mode, so lines stay whole and stand in the order of the writes.
+/// Where two processes both find no file, or both replace one, the last to do so wins, and a line
+/// of the other is lost. After a line that a full disk tore, the next begins on a line of its own.
 void appendDiagnosticLog(std::string_view message) noexcept;
 
 /// `["a", "b"]`: the form in which messages show lists. Nothing is escaped.
-std::string bracketedList(const std::vector<std::string>& strings);
+[[nodiscard]] std::string bracketedList(const std::vector<std::string>& strings);
 
 /// The paths of `urls` in that form.
-std::string bracketedPaths(const std::vector<FileURL>& urls);
+[[nodiscard]] std::string bracketedPaths(const std::vector<FileURL>& urls);
 
 }  // namespace quorva

@@ -4,36 +4,12 @@
 #include <optional>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "Platform/FileURL.hpp"
 #include "QuorvaFinderExtension/FinderFeature.hpp"
+#include "QuorvaFinderExtension/FinderSelection.hpp"
 
 namespace quorva {
-
-/// A Finder selection. The entries of one menu share the selection they were built for, so that a
-/// selection of thousands of items is held once and not once an entry.
-class FinderSelection {
- public:
-    FinderSelection() = default;
-    FinderSelection(std::vector<FileURL> urls)  // NOLINT(google-explicit-constructor)
-        : urls_(std::make_shared<const std::vector<FileURL>>(std::move(urls))) {}
-
-    /// In Finder's order; empty when nothing is selected.
-    [[nodiscard]] const std::vector<FileURL>& urls() const {
-        static const std::vector<FileURL> none;
-        return urls_ == nullptr ? none : *urls_;
-    }
-
-    [[nodiscard]] bool empty() const { return urls().empty(); }
-
-    friend bool operator==(const FinderSelection& left, const FinderSelection& right) {
-        return left.urls() == right.urls();
-    }
-
- private:
-    std::shared_ptr<const std::vector<FileURL>> urls_;
-};
 
 /// What an entry of the menu does. Immutable, and shared by whoever holds it.
 class FinderActionContext {
@@ -83,5 +59,8 @@ class FinderActionContext {
     std::string destinationPath_;
     std::string presetID_;
 };
+
+/// A context as the items of a menu and the resolution of a click share it. Null is no context.
+using FinderActionContextPointer = std::shared_ptr<const FinderActionContext>;
 
 }  // namespace quorva

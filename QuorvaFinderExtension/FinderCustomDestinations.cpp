@@ -1,27 +1,25 @@
 #include "QuorvaFinderExtension/FinderCustomDestinations.hpp"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
-#include <map>
-#include <optional>
 #include <utility>
 
 #include "Platform/FileManager.hpp"
-#include "Platform/PropertyList.hpp"
 #include "QuorvaFinderExtension/L10n.hpp"
-#include "QuorvaFinderExtension/SettingsFolder.hpp"
+#include "QuorvaFinderExtension/RawValue.hpp"
+#include "QuorvaFinderExtension/SettingsFile.hpp"
 
 namespace quorva {
 
 namespace {
 
 using Destinations = std::vector<FinderCustomDestination>;
+using platform::SearchPathDirectory;
 
 /// The standard folder `directory`, where the platform reports one.
 std::optional<FinderCustomDestination> standardDestination(std::string id, std::string name,
                                                            SearchPathDirectory directory) {
-    const std::vector<FileURL> urls = urlsForDirectoryInUserDomain(directory);
+    const std::vector<FileURL> urls = platform::urlsForDirectoryInUserDomain(directory);
     if (urls.empty()) {
         return std::nullopt;
     }
@@ -45,7 +43,7 @@ Destinations defaultFileDestinations() {
 
 Destinations defaultQuickOpenDestinations() {
     Destinations destinations = {
-        {"home", L10n::t("用户目录"), homeDirectoryForCurrentUser().path()}};
+        {"home", L10n::t("用户目录"), platform::homeDirectoryForCurrentUser().path()}};
     std::ranges::move(defaultFileDestinations(), std::back_inserter(destinations));
     if (auto pictures =
             standardDestination("pictures", L10n::t("图片"), SearchPathDirectory::pictures)) {
@@ -64,7 +62,7 @@ Destinations defaultApplicationDestinations() {
         {"keynote", "Keynote", "/Applications/Keynote.app"},
     };
     std::erase_if(destinations, [](const FinderCustomDestination& destination) {
-        return !fileExistsAtPath(destination.path);
+        return !platform::fileExistsAtPath(destination.path);
     });
     return destinations;
 }
@@ -100,30 +98,18 @@ Destinations defaultsFirst(Destinations custom, Destinations defaults) {
     return defaults;
 }
 
-using EntriesByKind = std::map<std::string, std::vector<StringDictionary>, std::less<>>;
-
-/// What the file holds. Absent unless every value in it, of whatever kind, has the right shape.
-std::optional<EntriesByKind> savedEntries() {
-    const std::optional<PropertyList> root =
-        propertyListInFile(settingsFileURL("CustomDestinations.plist"));
-    if (!root || root->dictionary() == nullptr) {
-        return std::nullopt;
-    }
-    EntriesByKind result;
-    for (const auto& [kind, value] : *root->dictionary()) {
-        std::optional<std::vector<StringDictionary>> entries = stringDictionaries(value);
-        if (!entries) {
-            return std::nullopt;
-        }
-        result.emplace(kind, *std::move(entries));
-    }
-    return result;
+/// Whether every value in `root`, of whatever kind, has the right shape.
+bool isUsable(const PropertyList& root) {
+    const PropertyList::Dictionary* const lists = root.dictionary();
+    return lists != nullptr && std::ranges::all_of(*lists, [](const auto& list) {
+               return stringDictionaries(list.second) != nullptr;
+           });
 }
 
-std::optional<FinderCustomDestination> destination(const StringDictionary& entry) {
-    const std::string* const id = valueForKey(entry, "id");
-    const std::string* const name = valueForKey(entry, "name");
-    const std::string* const path = valueForKey(entry, "path");
+std::optional<FinderCustomDestination> destination(const PropertyList::Dictionary& entry) {
+    const std::string* const id = stringForKey(entry, "id");
+    const std::string* const name = stringForKey(entry, "name");
+    const std::string* const path = stringForKey(entry, "path");
     if (id == nullptr || name == nullptr || path == nullptr) {
         return std::nullopt;
     }
@@ -146,19 +132,30 @@ std::string_view rawValue(FinderCustomDestinationKind kind) {
     std::unreachable();
 }
 
-std::vector<FinderCustomDestination> FinderCustomDestinationSettings::destinations(
-    FinderCustomDestinationKind kind) {
-    const std::optional<EntriesByKind> saved = savedEntries();
-    if (!saved) {
-        return defaultDestinations(kind);
+std::optional<FinderCustomDestinationKind> finderCustomDestinationKindWithRawValue(
+    std::string_view rawValue) {
+    return caseWithRawValue(allFinderCustomDestinationKinds, rawValue);
+}
+
+FinderCustomDestinationFile::FinderCustomDestinationFile()
+    : root_(propertyListInFile(settingsFileURL("CustomDestinations.plist"))) {
+    if (root_ && !isUsable(*root_)) {
+        root_.reset();
     }
-    const auto entries = saved->find(rawValue(kind));
-    if (entries == saved->end()) {
+}
+
+bool FinderCustomDestinationFile::hasDefaults(FinderCustomDestinationKind kind) const {
+    return !root_ || !root_->dictionary()->contains(rawValue(kind));
+}
+
+std::vector<FinderCustomDestination> FinderCustomDestinationFile::destinations(
+    FinderCustomDestinationKind kind) const {
+    if (hasDefaults(kind)) {
         return defaultDestinations(kind);
     }
     Destinations destinations;
-    for (const StringDictionary& entry : entries->second) {
-        if (auto valid = destination(entry)) {
+    for (const PropertyList& entry : *root_->dictionary()->find(rawValue(kind))->second.array()) {
+        if (auto valid = destination(*entry.dictionary())) {
             destinations.push_back(*std::move(valid));
         }
     }
@@ -167,6 +164,11 @@ std::vector<FinderCustomDestination> FinderCustomDestinationSettings::destinatio
     }
     std::erase_if(destinations, isCatalogueApplication);
     return defaultsFirst(std::move(destinations), defaultApplicationDestinations());
+}
+
+std::vector<FinderCustomDestination> FinderCustomDestinationSettings::destinations(
+    FinderCustomDestinationKind kind) {
+    return FinderCustomDestinationFile().destinations(kind);
 }
 
 }  // namespace quorva

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "Platform/PropertyList.hpp"
 
 namespace quorva {
 
@@ -14,8 +18,17 @@ enum class FinderCustomDestinationKind {
     openApplication,
 };
 
+/// Every kind, in declaration order.
+inline constexpr std::array<FinderCustomDestinationKind, 4> allFinderCustomDestinationKinds = {
+    FinderCustomDestinationKind::copy, FinderCustomDestinationKind::move,
+    FinderCustomDestinationKind::quickOpen, FinderCustomDestinationKind::openApplication};
+
 /// The key of `kind` in the settings file: the name of its case.
-std::string_view rawValue(FinderCustomDestinationKind kind);
+[[nodiscard]] std::string_view rawValue(FinderCustomDestinationKind kind);
+
+/// The kind whose raw value is `rawValue`, to the letter. Absent for any other string.
+[[nodiscard]] std::optional<FinderCustomDestinationKind> finderCustomDestinationKindWithRawValue(
+    std::string_view rawValue);
 
 /// A named folder or application.
 struct FinderCustomDestination {
@@ -30,20 +43,41 @@ struct FinderCustomDestination {
                            const FinderCustomDestination&) = default;
 };
 
-/// The reader of "CustomDestinations.plist": a dictionary from kind to a list of dictionaries with
-/// the texts "id", "name" and "path".
+/// One reading of "CustomDestinations.plist": a dictionary from kind to a list of dictionaries with
+/// the strings "id", "name" and "path". What it gives for one kind comes from the same version of
+/// the file as what it gives for another.
+class FinderCustomDestinationFile {
+ public:
+    /// Reads the file.
+    FinderCustomDestinationFile();
+
+    /// The destinations of `kind` in the order in which they are shown.
+    ///
+    /// Never fails. The defaults of the kind when there is no usable file (one value of the wrong
+    /// type anywhere makes the whole file unusable) or when it has no list for the kind; an entry
+    /// that lacks a string is skipped; an empty list stays empty. The installed default
+    /// applications always come first among the applications, and a user's entry for one of them,
+    /// or for an editor that the catalogue knows, is dropped.
+    [[nodiscard]] std::vector<FinderCustomDestination> destinations(
+        FinderCustomDestinationKind kind) const;
+
+    /// Whether `destinations(kind)` are the built-in defaults because the file has no list for
+    /// `kind`.
+    [[nodiscard]] bool hasDefaults(FinderCustomDestinationKind kind) const;
+
+ private:
+    /// Absent when there is no usable file.
+    std::optional<PropertyList> root_;
+};
+
+/// The destinations of the user.
 class FinderCustomDestinationSettings {
  public:
     FinderCustomDestinationSettings() = delete;
 
-    /// The destinations of `kind` in the order in which they are shown, read afresh.
-    ///
-    /// Never fails. The defaults of the kind when there is no usable file (one value of the wrong
-    /// type anywhere makes the whole file unusable) or when it has no list for the kind; an entry
-    /// that lacks a text is skipped; an empty list stays empty. The installed default applications
-    /// always come first among the applications, and a user's entry for one of them, or for an
-    /// editor that the catalogue knows, is dropped.
-    static std::vector<FinderCustomDestination> destinations(FinderCustomDestinationKind kind);
+    /// The destinations of `kind`, as `FinderCustomDestinationFile` gives them, read afresh.
+    [[nodiscard]] static std::vector<FinderCustomDestination> destinations(
+        FinderCustomDestinationKind kind);
 };
 
 }  // namespace quorva

@@ -1,33 +1,36 @@
 #include "QuorvaFinderExtension/FinderCustomShortcutActions.hpp"
 
-#include <optional>
+#include <array>
 #include <utility>
 
 #include "Platform/PropertyList.hpp"
-#include "QuorvaFinderExtension/SettingsFolder.hpp"
+#include "QuorvaFinderExtension/RawValue.hpp"
+#include "QuorvaFinderExtension/SettingsFile.hpp"
 
 namespace quorva {
 
 namespace {
 
-std::string textForKey(const StringDictionary& entry, std::string_view key) {
-    const std::string* const text = valueForKey(entry, key);
-    return text == nullptr ? std::string() : *text;
+using Kind = FinderCustomShortcutAction::Kind;
+
+std::string stringOrEmpty(const PropertyList::Dictionary& entry, std::string_view key) {
+    const std::string* const string = stringForKey(entry, key);
+    return string == nullptr ? std::string() : *string;
 }
 
-std::optional<FinderCustomShortcutAction> action(const StringDictionary& entry) {
-    using Kind = FinderCustomShortcutAction::Kind;
-    const std::string* const id = valueForKey(entry, "id");
-    const std::string* const name = valueForKey(entry, "name");
+std::optional<FinderCustomShortcutAction> action(const PropertyList::Dictionary& entry) {
+    const std::string* const id = stringForKey(entry, "id");
+    const std::string* const name = stringForKey(entry, "name");
     if (id == nullptr || name == nullptr) {
         return std::nullopt;
     }
     FinderCustomShortcutAction action = {
         .id = *id,
         .name = *name,
-        .kind = textForKey(entry, "kind") == "script" ? Kind::script : Kind::shortcut,
-        .shortcutName = textForKey(entry, "shortcutName"),
-        .scriptPath = textForKey(entry, "scriptPath"),
+        .kind = finderCustomShortcutActionKindWithRawValue(stringOrEmpty(entry, "kind"))
+                    .value_or(Kind::shortcut),
+        .shortcutName = stringOrEmpty(entry, "shortcutName"),
+        .scriptPath = stringOrEmpty(entry, "scriptPath"),
     };
     const std::string& runTarget =
         action.kind == Kind::script ? action.scriptPath : action.shortcutName;
@@ -39,16 +42,24 @@ std::optional<FinderCustomShortcutAction> action(const StringDictionary& entry) 
 
 }  // namespace
 
+std::string_view rawValue(Kind kind) {
+    return kind == Kind::script ? "script" : "shortcut";
+}
+
+std::optional<Kind> finderCustomShortcutActionKindWithRawValue(std::string_view rawValue) {
+    return caseWithRawValue(std::array{Kind::shortcut, Kind::script}, rawValue);
+}
+
 std::vector<FinderCustomShortcutAction> FinderCustomShortcutActionSettings::actions() {
     const std::optional<PropertyList> root =
         propertyListInFile(settingsFileURL("CustomShortcutActions.plist"));
-    const auto entries = root ? stringDictionaries(*root) : std::nullopt;
-    if (!entries) {
+    const PropertyList::Array* const entries = root ? stringDictionaries(*root) : nullptr;
+    if (entries == nullptr) {
         return {};
     }
     std::vector<FinderCustomShortcutAction> actions;
-    for (const StringDictionary& entry : *entries) {
-        if (auto valid = action(entry)) {
+    for (const PropertyList& entry : *entries) {
+        if (auto valid = action(*entry.dictionary())) {
             actions.push_back(*std::move(valid));
         }
     }
@@ -56,3 +67,14 @@ std::vector<FinderCustomShortcutAction> FinderCustomShortcutActionSettings::acti
 }
 
 }  // namespace quorva
+
+std::size_t std::hash<quorva::FinderCustomShortcutAction>::operator()(
+    const quorva::FinderCustomShortcutAction& action) const noexcept {
+    std::size_t result = 0;
+    for (const std::string_view field :
+         {std::string_view(action.id), std::string_view(action.name), quorva::rawValue(action.kind),
+          std::string_view(action.shortcutName), std::string_view(action.scriptPath)}) {
+        result = result * 31 + std::hash<std::string_view>()(field);
+    }
+    return result;
+}

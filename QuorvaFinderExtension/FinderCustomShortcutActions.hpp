@@ -1,6 +1,10 @@
 #pragma once
 
+#include <cstddef>
+#include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quorva {
@@ -28,7 +32,14 @@ struct FinderCustomShortcutAction {
                            const FinderCustomShortcutAction&) = default;
 };
 
-/// The reader of "CustomShortcutActions.plist": a list of dictionaries of texts.
+/// "shortcut" or "script", as in the settings file.
+[[nodiscard]] std::string_view rawValue(FinderCustomShortcutAction::Kind kind);
+
+/// The kind whose raw value is `rawValue`, to the letter. Absent for any other string.
+[[nodiscard]] std::optional<FinderCustomShortcutAction::Kind>
+finderCustomShortcutActionKindWithRawValue(std::string_view rawValue);
+
+/// The reader of "CustomShortcutActions.plist": a list of dictionaries of strings.
 class FinderCustomShortcutActionSettings {
  public:
     FinderCustomShortcutActionSettings() = delete;
@@ -38,7 +49,13 @@ class FinderCustomShortcutActionSettings {
     /// Never fails. Empty when there is no usable file (one value of the wrong type anywhere makes
     /// the whole file unusable). An entry without "id" or "name", or with nothing to run for its
     /// kind, is skipped; a kind that is missing or unknown is a shortcut.
-    static std::vector<FinderCustomShortcutAction> actions();
+    [[nodiscard]] static std::vector<FinderCustomShortcutAction> actions();
 };
 
 }  // namespace quorva
+
+/// Over every field, in their order.
+template <>
+struct std::hash<quorva::FinderCustomShortcutAction> {
+    std::size_t operator()(const quorva::FinderCustomShortcutAction& action) const noexcept;
+};

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -146,11 +147,14 @@ class FinderFeatureAction {
 
 /// One command of a feature.
 struct FinderFeatureChild {
-    /// The text in the menu, localised.
-    std::string title;
+    FinderFeatureChild(std::string title, std::string actionID, FinderFeatureAction action)
+        : actionID(std::move(actionID)), title(std::move(title)), action(action) {}
+
     /// The stable identifier, unique across the catalogue: the key of the command in the settings,
     /// and what the containing application carries out.
     std::string actionID;
+    /// The title in the menu, localised.
+    std::string title;
     FinderFeatureAction action;
 
     friend bool operator==(const FinderFeatureChild&, const FinderFeatureChild&) = default;
@@ -166,20 +170,23 @@ inline constexpr std::array<FinderFeature, 14> allFinderFeatures = {
 };
 
 /// The identifier of `feature` in the settings files: the name of its case.
-std::string_view rawValue(FinderFeature feature);
+[[nodiscard]] std::string_view rawValue(FinderFeature feature);
 
-/// The feature whose raw value is `rawValue`, to the letter. Absent for any other text.
-std::optional<FinderFeature> finderFeatureWithRawValue(std::string_view rawValue);
+/// The feature whose raw value is `rawValue`, to the letter. Absent for any other string.
+[[nodiscard]] std::optional<FinderFeature> finderFeatureWithRawValue(std::string_view rawValue);
 
-/// The text of `feature` in the menu, localised.
-std::string title(FinderFeature feature);
+/// The title of `feature` in the menu, localised.
+[[nodiscard]] std::string title(FinderFeature feature);
 
 /// The commands of `feature` in catalogue order, a new list at every call. Empty for
 /// `customActions`, whose entries are the user's own.
-std::vector<FinderFeatureChild> children(FinderFeature feature);
+[[nodiscard]] std::vector<FinderFeatureChild> children(FinderFeature feature);
 
 /// The identifiers of the commands of `feature` in catalogue order, without a title being looked
 /// up. They live as long as the program.
-std::vector<std::string_view> childIDs(FinderFeature feature);
+[[nodiscard]] std::vector<std::string_view> childIDs(FinderFeature feature);
+
+/// Those of them that are on as long as the user has not said otherwise.
+[[nodiscard]] std::vector<std::string_view> childIDsEnabledByDefault(FinderFeature feature);
 
 }  // namespace quorva

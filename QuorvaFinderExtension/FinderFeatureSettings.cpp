@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "Platform/PropertyList.hpp"
-#include "QuorvaFinderExtension/SettingsFolder.hpp"
+#include "QuorvaFinderExtension/MenuItemIdentity.hpp"
+#include "QuorvaFinderExtension/RawValue.hpp"
+#include "QuorvaFinderExtension/SettingsFile.hpp"
 
 namespace quorva {
 
@@ -24,69 +26,6 @@ constexpr std::array<FinderFeature, 14> defaultOrderedFeatures = {
     FinderFeature::customActions,     FinderFeature::developerTools,
 };
 
-/// Two of these are no catalogue commands: "copyFilesToFolder" and "moveFilesToFolder" stand for
-/// the destination submenus. They stay in the set as long as no saved list replaces it.
-constexpr std::string_view defaultEnabledChildIDs[] = {
-    "createFolder",
-    "createTextFile",
-    "createRTFDocument",
-    "createMarkdownFile",
-    "createWordDocument",
-    "createExcelSpreadsheet",
-    "createPowerPointPresentation",
-    "createPDFDocument",
-    "createCSVFile",
-    "createXMLFile",
-    "createYAMLFile",
-    "createPNGImage",
-    "createJPEGImage",
-    "createReadmeFile",
-    "quickOpenHome",
-    "quickOpenDesktop",
-    "quickOpenDownloads",
-    "quickOpenDocuments",
-    "quickOpenApplications",
-    "quickOpenClipboardPath",
-    "quickOpenTypedPath",
-    "copyFilesToDesktop",
-    "copyFilesToDownloads",
-    "copyFilesToDocuments",
-    "copyBesideOriginal",
-    "copyFullPath",
-    "copyFileName",
-    "copyParentPath",
-    "copyShellPath",
-    "copyMarkdownLink",
-    "copyFileNameList",
-    "revealInFinder",
-    "finderViewPreset",
-    "moveFilesToDesktop",
-    "moveFilesToDownloads",
-    "moveFilesToDocuments",
-    "moveSelectionToNewFolder",
-    "renameAddPrefix",
-    "renameAddSuffix",
-    "renameFindReplace",
-    "renameSequential",
-    "compressToZIP",
-    "extractZIPHere",
-    "extractZIPToFolder",
-    "scheduleDelete1Hour",
-    "scheduleDelete7Days",
-    "scheduleDelete30Days",
-    "scheduleDelete90Days",
-    "convertImageToJPEG",
-    "convertImageToPNG",
-    "resizeImages",
-    "compressJPEG",
-    "mergePDFs",
-    "splitPDFs",
-    "imagesToPDF",
-    "compressPDF",
-    "copyFilesToFolder",
-    "moveFilesToFolder",
-};
-
 /// The order of the deletion commands before there was one for an hour, as it was saved once that
 /// command had been added behind the others.
 constexpr std::string_view legacyScheduledDeletionOrder[] = {
@@ -98,6 +37,17 @@ constexpr std::string_view legacyScheduledDeletionOrder[] = {
 
 bool isEnabledByDefault(FinderFeature feature) {
     return feature != FinderFeature::developerTools;
+}
+
+/// Two of these are not catalogue commands: they stand for the destination submenus, and stay in
+/// the set as long as no saved list replaces it.
+IDSet defaultEnabledChildIDs() {
+    IDSet ids = {std::string(copyFilesToFolderActionID), std::string(moveFilesToFolderActionID)};
+    for (const FinderFeature feature : allFinderFeatures) {
+        const std::vector<std::string_view> enabled = childIDsEnabledByDefault(feature);
+        ids.insert(enabled.begin(), enabled.end());
+    }
+    return ids;
 }
 
 template <typename Range>
@@ -243,19 +193,14 @@ IDSet validChildIDs(const IDSet& ids) {
 /// version and starts enabled; one that the user once listed and switched off stays off.
 IDSet enabledChildIDs(const std::optional<IDs>& savedEnabledIDs,
                       const IDsByFeatureID& savedChildOrder) {
+    IDSet enabled = defaultEnabledChildIDs();
     if (!savedEnabledIDs) {
-        return {std::begin(defaultEnabledChildIDs), std::end(defaultEnabledChildIDs)};
+        return enabled;
     }
-    IDSet known;
     for (const auto& [featureID, order] : savedChildOrder) {
-        known.insert(order.begin(), order.end());
+        std::ranges::for_each(order, [&enabled](const std::string& id) { enabled.erase(id); });
     }
-    IDSet enabled(savedEnabledIDs->begin(), savedEnabledIDs->end());
-    for (const std::string_view id : defaultEnabledChildIDs) {
-        if (!known.contains(id)) {
-            enabled.emplace(id);
-        }
-    }
+    enabled.insert(savedEnabledIDs->begin(), savedEnabledIDs->end());
     return validChildIDs(enabled);
 }
 
@@ -315,13 +260,8 @@ std::string_view rawValue(FinderMenuLayout layout) {
 }
 
 std::optional<FinderMenuLayout> finderMenuLayoutWithRawValue(std::string_view rawValue) {
-    for (const FinderMenuLayout layout :
-         {FinderMenuLayout::collapsed, FinderMenuLayout::expanded}) {
-        if (quorva::rawValue(layout) == rawValue) {
-            return layout;
-        }
-    }
-    return std::nullopt;
+    return caseWithRawValue(std::array{FinderMenuLayout::collapsed, FinderMenuLayout::expanded},
+                            rawValue);
 }
 
 std::vector<FinderFeatureChild> FinderMenuSettings::children(FinderFeature feature) const {

@@ -20,10 +20,11 @@ enum class FinderMenuLayout {
 };
 
 /// "collapsed" or "expanded", as in the settings file and in the logs.
-std::string_view rawValue(FinderMenuLayout layout);
+[[nodiscard]] std::string_view rawValue(FinderMenuLayout layout);
 
-/// The layout whose raw value is `rawValue`, to the letter. Absent for any other text.
-std::optional<FinderMenuLayout> finderMenuLayoutWithRawValue(std::string_view rawValue);
+/// The layout whose raw value is `rawValue`, to the letter. Absent for any other string.
+[[nodiscard]] std::optional<FinderMenuLayout> finderMenuLayoutWithRawValue(
+    std::string_view rawValue);
 
 /// What the user chose to see in the menu, complete and consistent whatever the settings file held.
 struct FinderMenuSettings {
@@ -53,7 +54,7 @@ class FinderFeatureSettings {
     /// Reads the file afresh and repairs whatever it holds, possibly stale, partial, or written by
     /// an older version. Never fails: without a usable file the built-in defaults, and for a value
     /// of the wrong type the default of that one key.
-    static FinderMenuSettings menuSettings();
+    [[nodiscard]] static FinderMenuSettings menuSettings();
 };
 
 }  // namespace quorva

@@ -1,6 +1,5 @@
 #include "QuorvaFinderExtension/FinderMenuActionHandler.hpp"
 
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -12,8 +11,8 @@
 #include "QuorvaFinderExtension/Containment.hpp"
 #include "QuorvaFinderExtension/DiagnosticLog.hpp"
 #include "QuorvaFinderExtension/FinderActionContext.hpp"
-#include "QuorvaFinderExtension/FinderSync.hpp"
-#include "QuorvaFinderExtension/MenuItemResolution.hpp"
+#include "QuorvaFinderExtension/FinderSelection.hpp"
+#include "QuorvaFinderExtension/MenuTransfer.hpp"
 #include "QuorvaFinderExtension/QuorvaActionQueue.hpp"
 
 namespace quorva {
@@ -23,56 +22,58 @@ const FinderMenuActionHandler& FinderMenuActionHandler::shared() {
     return handler;
 }
 
-void FinderMenuActionHandler::performFeatureChild(const MenuItem& sender) const {
+void FinderMenuActionHandler::performFeatureChild(const MenuItem& sender, const Menu& menu) const {
     appendDiagnosticLog("clicked sender=" + sender.title);
-    const std::shared_ptr<const FinderActionContext> context = actionContext(sender);
+    const FinderActionContextPointer context = contextOfSender(sender, menu, SettingsReading());
     if (context == nullptr) {
         appendDiagnosticLog("missing context for sender=" + sender.title);
         return;
     }
-    FinderSelection selection = currentFinderSelection();
-    if (selection.empty()) {
-        selection = context->selectedURLs();
+    QuorvaActionRecord record = {.actionID = context->actionID(),
+                                 .title = context->title(),
+                                 .selectedURLs = currentFinderSelection(),
+                                 .targetedURL = platform::targetedURL(),
+                                 .destinationPath = context->destinationPath(),
+                                 .presetID = context->presetID()};
+    if (record.selectedURLs.empty()) {
+        record.selectedURLs = context->selectedURLs();
     }
-    std::optional<FileURL> target = targetedURL();
-    if (!target) {
-        target = context->targetedURL();
+    if (!record.targetedURL) {
+        record.targetedURL = context->targetedURL();
     }
-    appendDiagnosticLog("action=" + context->actionID() + " title=" + context->title() +
-                        " selected=" + bracketedPaths(selection.urls()) +
-                        " target=" + (target ? target->path() : "nil") + " destination=" +
-                        (context->destinationPath().empty() ? "nil" : context->destinationPath()));
-    const Result<void> queued =
-        QuorvaActionQueue::enqueue(context->actionID(), context->title(), selection.urls(), target,
-                                   context->destinationPath(), context->presetID());
-    if (!queued) {
+    appendDiagnosticLog(
+        "action=" + record.actionID + " title=" + record.title +
+        " selected=" + bracketedPaths(record.selectedURLs.urls()) +
+        " target=" + (record.targetedURL ? record.targetedURL->path() : "nil") +
+        " destination=" + (record.destinationPath.empty() ? "nil" : record.destinationPath));
+    if (const Result<void> queued = QuorvaActionQueue::enqueue(record); !queued) {
         const std::string& description = queued.error().localizedDescription;
-        appendDiagnosticLog("queue failed: " + context->actionID() + " error=" + description);
+        appendDiagnosticLog("queue failed: " + record.actionID + " error=" + description);
         appendDiagnosticLog("suppressed queue error alert: " + description);
         return;
     }
-    appendDiagnosticLog("queued action: " + context->actionID());
-    postDistributedNotification(actionQueuedNotificationName);
-    openContainingApp();
+    contain("announcing the record", [&record] {
+        appendDiagnosticLog("queued action: " + record.actionID);
+        platform::postDistributedNotification(actionQueuedNotificationName);
+    });
+    contain("opening the containing application", [this] { openContainingApp(); });
 }
 
 void FinderMenuActionHandler::openContainingApp() const {
-    if (runningApplicationCount(containingApplicationIdentifier) > 0) {
+    if (platform::runningApplicationCount(containingApplicationIdentifier) > 0) {
         return;
     }
     // The extension's bundle lies in Contents/PlugIns of the application's.
-    const FileURL applicationURL = mainBundleURL()
+    const FileURL applicationURL = platform::mainBundleURL()
                                        .deletingLastPathComponent()
                                        .deletingLastPathComponent()
                                        .deletingLastPathComponent();
-    openApplication(
+    platform::openApplication(
         applicationURL, {.activates = false, .addsToRecentItems = false},
         [](const std::optional<Error>& error) {
-            contain([&error] {
-                if (error) {
-                    appendDiagnosticLog("failed to open app: " + error->localizedDescription);
-                }
-            });
+            if (error) {
+                appendDiagnosticLog("failed to open app: " + error->localizedDescription);
+            }
         });
 }
 

@@ -22,10 +22,13 @@ class FinderMenuActionHandler {
     /// The one handler of the process.
     static const FinderMenuActionHandler& shared();
 
-    /// Handles a click on `sender`, with the selection and target of the moment or, where Finder
-    /// gives none, those of the menu request. Fails to nobody: whatever goes wrong is written to
-    /// the diagnostic log, and no notification is posted for a record that was not written.
-    void performFeatureChild(const MenuItem& sender) const;
+    /// Handles a click on `sender`, an item of `menu`, with the selection and target of the moment
+    /// or, where Finder gives none, those of the menu request.
+    ///
+    /// What goes wrong is written to the diagnostic log. No notification is posted for a record
+    /// that was not written; once it is written, the click has succeeded, whatever becomes of the
+    /// notification and the launch. May throw `std::bad_alloc` before that, and only before.
+    void performFeatureChild(const MenuItem& sender, const Menu& menu) const;
 
  private:
     FinderMenuActionHandler() = default;

@@ -8,17 +8,13 @@
 #include <utility>
 
 #include "QuorvaFinderExtension/DiagnosticLog.hpp"
-#include "QuorvaFinderExtension/FinderCustomShortcutActions.hpp"
-#include "QuorvaFinderExtension/FinderSync.hpp"
-#include "QuorvaFinderExtension/FinderViewPresetSettings.hpp"
 #include "QuorvaFinderExtension/L10n.hpp"
 #include "QuorvaFinderExtension/MenuItemIdentity.hpp"
+#include "QuorvaFinderExtension/MonitoredFolders.hpp"
 
 namespace quorva {
 
 namespace {
-
-using Destinations = std::vector<FinderCustomDestination>;
 
 /// Entries that are enabled whatever is selected, on purpose.
 bool isAlwaysEnabled(std::string_view actionID) {
@@ -34,22 +30,19 @@ struct Entry {
     std::string destinationPath;
 };
 
-MenuItem contextItem(Entry entry, const FinderSelection& selectedURLs,
-                     const std::optional<FileURL>& targetedURL) {
+MenuItem contextItem(const MenuRequest& request, Entry entry) {
     MenuItem item;
     item.title = entry.title;
     item.action = MenuItem::Action::performFeatureChild;
-    item.enabled =
-        isAlwaysEnabled(entry.actionID) || isEnabled(entry.action, selectedURLs, targetedURL);
+    item.enabled = isAlwaysEnabled(entry.actionID) || isEnabled(entry.action, request);
     item.representedObject = std::make_shared<const FinderActionContext>(
-        std::move(entry.actionID), std::move(entry.title), entry.action, selectedURLs, targetedURL,
-        std::move(entry.destinationPath), std::string());
+        std::move(entry.actionID), std::move(entry.title), entry.action, request.selectedURLs,
+        request.targetedURL, std::move(entry.destinationPath), std::string());
     return item;
 }
 
-MenuItem childItem(const FinderFeatureChild& child, const FinderSelection& selectedURLs,
-                   const std::optional<FileURL>& targetedURL) {
-    return contextItem({child.actionID, child.title, child.action, {}}, selectedURLs, targetedURL);
+MenuItem childItem(const MenuRequest& request, const FinderFeatureChild& child) {
+    return contextItem(request, {child.actionID, child.title, child.action, {}});
 }
 
 /// The paths of the built-in destinations of `kind`.
@@ -68,39 +61,39 @@ bool isAmong(const std::vector<std::string>& paths, const FinderCustomDestinatio
 
 /// The destinations of `kind` that are not built in. The real home is looked up once, however many
 /// destinations there are.
-Destinations userDestinations(FinderCustomDestinationKind kind) {
-    Destinations destinations = FinderCustomDestinationSettings::destinations(kind);
-    const std::vector<std::string> builtIn = builtInFileDestinationPaths(kind);
-    std::erase_if(destinations, [&builtIn](const FinderCustomDestination& destination) {
-        return isAmong(builtIn, destination);
-    });
+std::vector<FinderCustomDestination> userDestinations(const MenuRequest& request,
+                                                      FinderCustomDestinationKind kind) {
+    std::vector<FinderCustomDestination> destinations;
+    std::ranges::remove_copy_if(
+        request.settings.destinations(kind), std::back_inserter(destinations),
+        [paths = builtInFileDestinationPaths(kind)](const FinderCustomDestination& destination) {
+            return isAmong(paths, destination);
+        });
     return destinations;
 }
 
-std::string destinationTitle(const FinderCustomDestination& destination,
-                             FinderCustomDestinationKind kind) {
+/// What stands before the name of a destination in its title.
+std::string destinationTitlePrefix(FinderCustomDestinationKind kind) {
     switch (kind) {
         case FinderCustomDestinationKind::copy:
-            return L10n::t("复制到") + destination.name;
+            return L10n::t("复制到");
         case FinderCustomDestinationKind::move:
-            return L10n::t("移动到") + destination.name;
+            return L10n::t("移动到");
         case FinderCustomDestinationKind::quickOpen:
         case FinderCustomDestinationKind::openApplication:
-            return destination.name;
+            return {};
     }
     std::unreachable();
 }
 
 /// Adds the item that opens the submenu of the user's own destinations, if there are any.
-void addDestinationSubmenu(Menu& menu, std::string_view titleKey, std::string_view actionID,
-                           FinderCustomDestinationKind kind, const FinderSelection& selectedURLs,
-                           const std::optional<FileURL>& targetedURL) {
-    if (!hasCustomDestinationItems(kind)) {
-        return;
+void addDestinationSubmenu(Menu& menu, const MenuRequest& request, std::string_view titleKey,
+                           std::string_view actionID, FinderCustomDestinationKind kind) {
+    if (hasCustomDestinationItems(request, kind)) {
+        Menu submenu = {L10n::t(titleKey), {}};
+        addDestinationItems(submenu, request, actionID, kind);
+        menu.items.push_back(MenuItem::opening(std::move(submenu)));
     }
-    Menu submenu = {L10n::t(titleKey), {}};
-    addDestinationItems(submenu, actionID, kind, selectedURLs, targetedURL);
-    menu.items.push_back(MenuItem::opening(std::move(submenu)));
 }
 
 std::string presetList(const std::vector<FinderViewPresetSetting>& presets) {
@@ -121,16 +114,53 @@ PropertyList paths(const FinderSelection& selectedURLs) {
     return paths;
 }
 
+/// The expanded layout: the entries of every feature, with separators between features.
+std::vector<MenuItem> expandedMenuItems(const MenuRequest& request) {
+    const FinderMenuSettings& settings = request.settings.menuSettings();
+    std::vector<MenuItem> items;
+    for (const FinderFeature feature : settings.features) {
+        std::vector<MenuItem> run = directMenuItems(request, feature, settings.children(feature));
+        if (!run.empty() && !items.empty()) {
+            items.push_back(MenuItem::separator());
+        }
+        std::ranges::move(run, std::back_inserter(items));
+    }
+    return items;
+}
+
 }  // namespace
 
-std::vector<MenuItem> featureMenuItems(const FinderMenuSettings& settings,
-                                       const std::vector<FinderFeature>& features,
-                                       const FinderSelection& selectedURLs,
-                                       const std::optional<FileURL>& targetedURL) {
+Menu assembledMenu(const MenuRequest& request) {
+    const FinderMenuSettings& settings = request.settings.menuSettings();
+    Menu menu = {"Quorva", {}};
+    if (settings.features.empty()) {
+        MenuItem notice;
+        notice.title = L10n::t("没有已启用功能");
+        notice.enabled = false;
+        menu.items.push_back(std::move(notice));
+        return menu;
+    }
+    std::vector<MenuItem> items = settings.menuLayout == FinderMenuLayout::expanded
+                                      ? expandedMenuItems(request)
+                                      : featureMenuItems(request, settings, settings.features);
+    const std::string count = std::to_string(items.size());
+    if (settings.groupsFeaturesUnderQuorva) {
+        appendDiagnosticLog("menu grouped under Quorva topLevel=1 submenuItems=" + count);
+        menu.items.push_back(MenuItem::opening({"Quorva", std::move(items)}));
+    } else {
+        appendDiagnosticLog("menu topLevel=" + count);
+        menu.items = std::move(items);
+    }
+    return menu;
+}
+
+std::vector<MenuItem> featureMenuItems(const MenuRequest& request,
+                                       const FinderMenuSettings& settings,
+                                       const std::vector<FinderFeature>& features) {
     std::vector<MenuItem> items;
     for (const FinderFeature feature : features) {
-        Menu submenu = {title(feature), directMenuItems(feature, settings.children(feature),
-                                                        selectedURLs, targetedURL)};
+        Menu submenu = {title(feature),
+                        directMenuItems(request, feature, settings.children(feature))};
         if (feature != FinderFeature::customActions || !submenu.items.empty()) {
             items.push_back(MenuItem::opening(std::move(submenu)));
         }
@@ -138,93 +168,84 @@ std::vector<MenuItem> featureMenuItems(const FinderMenuSettings& settings,
     return items;
 }
 
-std::vector<MenuItem> directMenuItems(FinderFeature feature,
-                                      const std::vector<FinderFeatureChild>& children,
-                                      const FinderSelection& selectedURLs,
-                                      const std::optional<FileURL>& targetedURL) {
+std::vector<MenuItem> directMenuItems(const MenuRequest& request, FinderFeature feature,
+                                      const std::vector<FinderFeatureChild>& children) {
     if (feature == FinderFeature::quickOpen) {
-        return quickOpenMenuItems(children, selectedURLs, targetedURL);
+        return quickOpenMenuItems(request, children);
     }
     if (feature == FinderFeature::viewOptions) {
-        return finderViewPresetMenuItems(selectedURLs, targetedURL);
+        return finderViewPresetMenuItems(request);
     }
     if (feature == FinderFeature::customActions) {
-        return customShortcutMenuItems(selectedURLs, targetedURL);
+        return customShortcutMenuItems(request);
     }
     Menu run;
     for (const FinderFeatureChild& child : children) {
-        run.items.push_back(childItem(child, selectedURLs, targetedURL));
+        run.items.push_back(childItem(request, child));
     }
     if (feature == FinderFeature::openWith) {
-        addOpenWithApplicationItems(run, selectedURLs, targetedURL);
+        addOpenWithApplicationItems(run, request);
     } else if (feature == FinderFeature::copyFile) {
-        addDestinationSubmenu(run, "复制到文件夹", copyFilesToFolderActionID,
-                              FinderCustomDestinationKind::copy, selectedURLs, targetedURL);
+        addDestinationSubmenu(run, request, "复制到文件夹", copyFilesToFolderActionID,
+                              FinderCustomDestinationKind::copy);
     } else if (feature == FinderFeature::organizeFile) {
-        addDestinationSubmenu(run, "移动到文件夹", moveFilesToFolderActionID,
-                              FinderCustomDestinationKind::move, selectedURLs, targetedURL);
+        addDestinationSubmenu(run, request, "移动到文件夹", moveFilesToFolderActionID,
+                              FinderCustomDestinationKind::move);
     }
     return std::move(run.items);
 }
 
-void addDestinationItems(Menu& menu, std::string_view actionID, FinderCustomDestinationKind kind,
-                         const FinderSelection& selectedURLs,
-                         const std::optional<FileURL>& targetedURL) {
+void addDestinationItems(Menu& menu, const MenuRequest& request, std::string_view actionID,
+                         FinderCustomDestinationKind kind) {
     const FinderFeatureAction action = kind == FinderCustomDestinationKind::copy
                                            ? FinderFeatureAction::copyToFolder()
                                            : FinderFeatureAction::moveToFolder();
-    for (const FinderCustomDestination& destination : userDestinations(kind)) {
+    const std::string prefix = destinationTitlePrefix(kind);
+    for (const FinderCustomDestination& destination : userDestinations(request, kind)) {
         menu.items.push_back(contextItem(
-            {std::string(actionID), destinationTitle(destination, kind), action, destination.path},
-            selectedURLs, targetedURL));
+            request, {std::string(actionID), prefix + destination.name, action, destination.path}));
     }
 }
 
-std::vector<MenuItem> quickOpenMenuItems(const std::vector<FinderFeatureChild>& children,
-                                         const FinderSelection& selectedURLs,
-                                         const std::optional<FileURL>& targetedURL) {
+std::vector<MenuItem> quickOpenMenuItems(const MenuRequest& request,
+                                         const std::vector<FinderFeatureChild>& children) {
     std::vector<MenuItem> items;
     for (const FinderCustomDestination& destination :
-         FinderCustomDestinationSettings::destinations(FinderCustomDestinationKind::quickOpen)) {
-        items.push_back(contextItem({std::string(quickOpenPathActionID), destination.name,
-                                     FinderFeatureAction::openFolder(), destination.path},
-                                    selectedURLs, targetedURL));
+         request.settings.destinations(FinderCustomDestinationKind::quickOpen)) {
+        items.push_back(
+            contextItem(request, {std::string(quickOpenPathActionID), destination.name,
+                                  FinderFeatureAction::openFolder(), destination.path}));
     }
     for (const FinderFeatureChild& child : children) {
         if (child.actionID == "quickOpenClipboardPath" || child.actionID == "quickOpenTypedPath") {
-            items.push_back(childItem(child, selectedURLs, targetedURL));
+            items.push_back(childItem(request, child));
         }
     }
     return items;
 }
 
-std::vector<MenuItem> openWithApplicationMenuItems(const FinderSelection& selectedURLs,
-                                                   const std::optional<FileURL>& targetedURL) {
+std::vector<MenuItem> openWithApplicationMenuItems(const MenuRequest& request) {
     std::vector<MenuItem> items;
-    for (const FinderCustomDestination& destination : FinderCustomDestinationSettings::destinations(
-             FinderCustomDestinationKind::openApplication)) {
-        MenuItem item =
-            contextItem({std::string(openWithApplicationActionID), destination.name,
-                         FinderFeatureAction::openWithApplicationPath(), destination.path},
-                        selectedURLs, targetedURL);
-        item.identifier = openWithApplicationIdentifier(destination);
+    for (const FinderCustomDestination& application :
+         request.settings.destinations(FinderCustomDestinationKind::openApplication)) {
+        MenuItem item = contextItem(
+            request, {std::string(openWithApplicationActionID), application.name,
+                      FinderFeatureAction::openWithApplicationPath(), application.path});
+        item.identifier = openWithApplicationIdentifier(application);
         items.push_back(std::move(item));
     }
     return items;
 }
 
-void addOpenWithApplicationItems(Menu& menu, const FinderSelection& selectedURLs,
-                                 const std::optional<FileURL>& targetedURL) {
-    std::ranges::move(openWithApplicationMenuItems(selectedURLs, targetedURL),
-                      std::back_inserter(menu.items));
+void addOpenWithApplicationItems(Menu& menu, const MenuRequest& request) {
+    std::ranges::move(openWithApplicationMenuItems(request), std::back_inserter(menu.items));
 }
 
-std::vector<MenuItem> finderViewPresetMenuItems(const FinderSelection& selectedURLs,
-                                                const std::optional<FileURL>& targetedURL) {
-    const std::vector<FinderViewPresetSetting> presets = FinderViewPresetSettings::presets();
+std::vector<MenuItem> finderViewPresetMenuItems(const MenuRequest& request) {
+    const std::vector<FinderViewPresetSetting>& presets = request.settings.viewPresets();
     appendDiagnosticLog("view preset menu presets=" + presetList(presets));
-    const PropertyList selectedPaths = paths(selectedURLs);
-    const std::string targetedPath = targetedURL ? targetedURL->path() : std::string();
+    const PropertyList selectedPaths = paths(request.selectedURLs);
+    const std::string targetedPath = request.targetedURL ? request.targetedURL->path() : "";
     std::vector<MenuItem> items;
     for (const FinderViewPresetSetting& preset : presets) {
         const std::string identifier = viewPresetIdentifier(preset);
@@ -247,22 +268,19 @@ std::vector<MenuItem> finderViewPresetMenuItems(const FinderSelection& selectedU
     return items;
 }
 
-std::vector<MenuItem> customShortcutMenuItems(const FinderSelection& selectedURLs,
-                                              const std::optional<FileURL>& targetedURL) {
+std::vector<MenuItem> customShortcutMenuItems(const MenuRequest& request) {
     std::vector<MenuItem> items;
-    for (const FinderCustomShortcutAction& action : FinderCustomShortcutActionSettings::actions()) {
+    for (const FinderCustomShortcutAction& action : request.settings.customActions()) {
         const std::string identifier = customActionIdentifier(action);
-        MenuItem item =
-            contextItem({identifier, action.name, FinderFeatureAction::requiresSelection(), {}},
-                        selectedURLs, targetedURL);
+        MenuItem item = contextItem(
+            request, {identifier, action.name, FinderFeatureAction::requiresSelection(), {}});
         item.identifier = identifier;
         items.push_back(std::move(item));
     }
     return items;
 }
 
-bool isEnabled(const FinderFeatureAction& action, const FinderSelection& selectedURLs,
-               const std::optional<FileURL>& targetedURL) {
+bool isEnabled(const FinderFeatureAction& action, const MenuRequest& request) {
     using Case = FinderFeatureAction::Case;
     switch (action.actionCase()) {
         case Case::createFile:
@@ -277,18 +295,18 @@ bool isEnabled(const FinderFeatureAction& action, const FinderSelection& selecte
         case Case::moveToFolder:
         case Case::moveSelectionToNewFolder:
         case Case::requiresSelection:
-            return !selectedURLs.empty();
+            return !request.selectedURLs.empty();
         case Case::copyPath:
         case Case::openInApplication:
         case Case::openInTerminal:
         case Case::openWithApplicationPath:
-            return !selectedURLs.empty() || targetedURL.has_value();
+            return !request.selectedURLs.empty() || request.targetedURL.has_value();
     }
     std::unreachable();
 }
 
-bool hasCustomDestinationItems(FinderCustomDestinationKind kind) {
-    return !userDestinations(kind).empty();
+bool hasCustomDestinationItems(const MenuRequest& request, FinderCustomDestinationKind kind) {
+    return !userDestinations(request, kind).empty();
 }
 
 bool isBuiltInFileDestination(const FinderCustomDestination& destination,

@@ -8,7 +8,7 @@
 
 #include "Platform/PropertyList.hpp"
 #include "QuorvaFinderExtension/L10n.hpp"
-#include "QuorvaFinderExtension/SettingsFolder.hpp"
+#include "QuorvaFinderExtension/SettingsFile.hpp"
 
 namespace quorva {
 
@@ -54,11 +54,11 @@ std::string_view withoutCopyNumber(std::string_view name) {
     return kept;
 }
 
-std::optional<FinderViewPresetSetting> preset(const StringDictionary& entry) {
-    const std::string* const id = valueForKey(entry, "id");
-    const std::string* const name = valueForKey(entry, "name");
-    const std::string* const viewMode = valueForKey(entry, "viewMode");
-    const std::string* const sortMode = valueForKey(entry, "sortMode");
+std::optional<FinderViewPresetSetting> preset(const PropertyList::Dictionary& entry) {
+    const std::string* const id = stringForKey(entry, "id");
+    const std::string* const name = stringForKey(entry, "name");
+    const std::string* const viewMode = stringForKey(entry, "viewMode");
+    const std::string* const sortMode = stringForKey(entry, "sortMode");
     if (id == nullptr || name == nullptr || viewMode == nullptr || sortMode == nullptr) {
         return std::nullopt;
     }
@@ -71,13 +71,13 @@ std::optional<FinderViewPresetSetting> preset(const StringDictionary& entry) {
 std::vector<FinderViewPresetSetting> FinderViewPresetSettings::presets() {
     const std::optional<PropertyList> root =
         propertyListInFile(settingsFileURL("FinderViewPresets.plist"));
-    const auto entries = root ? stringDictionaries(*root) : std::nullopt;
-    if (!entries) {
+    const PropertyList::Array* const entries = root ? stringDictionaries(*root) : nullptr;
+    if (entries == nullptr) {
         return defaultPresets();
     }
     std::vector<FinderViewPresetSetting> presets;
-    for (const StringDictionary& entry : *entries) {
-        if (auto valid = preset(entry)) {
+    for (const PropertyList& entry : *entries) {
+        if (auto valid = preset(*entry.dictionary())) {
             presets.push_back(*std::move(valid));
         }
     }

@@ -20,7 +20,7 @@ struct FinderViewPresetSetting {
                            const FinderViewPresetSetting&) = default;
 };
 
-/// The reader of "FinderViewPresets.plist": a list of dictionaries of texts.
+/// The reader of "FinderViewPresets.plist": a list of dictionaries of strings.
 class FinderViewPresetSettings {
  public:
     FinderViewPresetSettings() = delete;
@@ -28,10 +28,10 @@ class FinderViewPresetSettings {
     /// The presets in the order in which they are shown, read afresh.
     ///
     /// Never fails. Three defaults when there is no usable file (one value of the wrong type
-    /// anywhere makes the whole file unusable); an entry that lacks a text is skipped, and a usable
-    /// file with no valid entry gives no presets. A name of the form "style · order 2", which the
-    /// containing application gives to a copy, loses its number.
-    static std::vector<FinderViewPresetSetting> presets();
+    /// anywhere makes the whole file unusable); an entry that lacks a string is skipped, and a
+    /// usable file with no valid entry gives no presets. A name of the form "style · order 2",
+    /// which the containing application gives to a copy, loses its number.
+    [[nodiscard]] static std::vector<FinderViewPresetSetting> presets();
 };
 
 }  // namespace quorva

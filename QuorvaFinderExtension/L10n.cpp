@@ -5,7 +5,7 @@
 namespace quorva::L10n {
 
 std::string t(std::string_view key) {
-    return localizedString(key);
+    return platform::localizedString(key);
 }
 
 }  // namespace quorva::L10n

@@ -29,7 +29,7 @@ struct ForeignObject {
 };
 
 /// What is attached to a menu item: nothing, a context, a dictionary, or something foreign.
-using RepresentedObject = std::variant<std::monostate, std::shared_ptr<const FinderActionContext>,
+using RepresentedObject = std::variant<std::monostate, FinderActionContextPointer,
                                        PropertyList::Dictionary, ForeignObject>;
 
 /// An item of a menu as a plain value: one to show, or one that was clicked.

@@ -3,62 +3,47 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <functional>
 #include <utility>
 #include <vector>
 
 #include "QuorvaFinderExtension/DiagnosticLog.hpp"
 #include "QuorvaFinderExtension/MenuItemIdentity.hpp"
+#include "QuorvaFinderExtension/SettingsFile.hpp"
 
 namespace quorva {
 
 namespace {
 
-using ContextPointer = std::shared_ptr<const FinderActionContext>;
-
 /// A context with neither selection nor target: both come from Finder at the click.
-ContextPointer context(std::string actionID, std::string title, FinderFeatureAction action,
-                       std::string destinationPath = {}, std::string presetID = {}) {
+FinderActionContextPointer context(std::string actionID, std::string title,
+                                   FinderFeatureAction action, std::string destinationPath = {},
+                                   std::string presetID = {}) {
     return std::make_shared<const FinderActionContext>(
         std::move(actionID), std::move(title), action, FinderSelection(), std::nullopt,
         std::move(destinationPath), std::move(presetID));
 }
 
-ContextPointer openWithApplicationContext(const FinderCustomDestination& application) {
+FinderActionContextPointer openWithApplicationContext(const FinderCustomDestination& application) {
     return context(std::string(openWithApplicationActionID), application.name,
                    FinderFeatureAction::openWithApplicationPath(), application.path);
 }
 
-ContextPointer viewPresetContext(const FinderViewPresetSetting& preset) {
+FinderActionContextPointer viewPresetContext(const FinderViewPresetSetting& preset) {
     return context(viewPresetIdentifier(preset), preset.name,
                    FinderFeatureAction::finderViewOption(), {}, preset.id);
 }
 
-/// The first of `entries` whose `field` equals `text`.
+FinderActionContextPointer customActionContext(const FinderCustomShortcutAction& action,
+                                               std::string actionID) {
+    return context(std::move(actionID), action.name, FinderFeatureAction::requiresSelection());
+}
+
+/// The first of `entries` whose `id` is `id`, null when none is.
 template <typename Entry>
-std::optional<Entry> first(std::vector<Entry> entries, std::string Entry::* field,
-                           std::string_view text) {
-    const auto found = std::ranges::find(entries, text, field);
-    if (found == entries.end()) {
-        return std::nullopt;
-    }
-    return std::move(*found);
-}
-
-std::optional<FinderCustomDestination> application(std::string FinderCustomDestination::* field,
-                                                   std::string_view text) {
-    return first(
-        FinderCustomDestinationSettings::destinations(FinderCustomDestinationKind::openApplication),
-        field, text);
-}
-
-std::optional<FinderViewPresetSetting> viewPreset(std::string FinderViewPresetSetting::* field,
-                                                  std::string_view text) {
-    return first(FinderViewPresetSettings::presets(), field, text);
-}
-
-std::optional<FinderCustomShortcutAction> customAction(
-    std::string FinderCustomShortcutAction::* field, std::string_view text) {
-    return first(FinderCustomShortcutActionSettings::actions(), field, text);
+const Entry* entryWithID(const std::vector<Entry>& entries, std::string_view id) {
+    const auto found = std::ranges::find(entries, id, &Entry::id);
+    return found == entries.end() ? nullptr : &*found;
 }
 
 /// What follows `prefix` in `text`. Absent when `text` does not start with it.
@@ -69,18 +54,13 @@ std::optional<std::string_view> afterPrefix(std::string_view text, std::string_v
     return text.substr(prefix.size());
 }
 
-const std::string* stringForKey(const PropertyList::Dictionary& dictionary, std::string_view key) {
-    const auto found = dictionary.find(key);
-    return found == dictionary.end() ? nullptr : found->second.string();
-}
-
 std::string stringForKey(const PropertyList::Dictionary& dictionary, std::string_view key,
                          const std::string& otherwise) {
-    const std::string* const string = stringForKey(dictionary, key);
+    const std::string* const string = quorva::stringForKey(dictionary, key);
     return string == nullptr ? otherwise : *string;
 }
 
-/// The selection that a dictionary carries. A list that holds anything but texts is no selection.
+/// The selection that a dictionary carries. A list that holds anything but strings is no selection.
 FinderSelection selection(const PropertyList::Dictionary& dictionary) {
     const auto paths = dictionary.find("selectedPaths");
     if (paths == dictionary.end() || paths->second.array() == nullptr) {
@@ -96,8 +76,8 @@ FinderSelection selection(const PropertyList::Dictionary& dictionary) {
     return urls;
 }
 
-ContextPointer actionContextFromDictionary(const PropertyList::Dictionary& dictionary,
-                                           const std::string& itemTitle) {
+FinderActionContextPointer actionContextFromDictionary(const PropertyList::Dictionary& dictionary,
+                                                       const std::string& itemTitle) {
     const std::string* const actionID = stringForKey(dictionary, "actionID");
     if (actionID == nullptr) {
         return nullptr;
@@ -113,72 +93,79 @@ ContextPointer actionContextFromDictionary(const PropertyList::Dictionary& dicti
         stringForKey(dictionary, "destinationPath", ""), stringForKey(dictionary, "presetID", ""));
 }
 
-/// The first catalogue command, in the order of the enumeration, for which `matches` holds.
-template <typename Predicate>
-std::optional<FinderFeatureChild> firstChild(Predicate matches) {
-    for (const FinderFeature feature : allFinderFeatures) {
-        for (FinderFeatureChild& child : children(feature)) {
-            if (matches(child)) {
-                return std::move(child);
-            }
+/// Tells the titles of the `entries` to `meanings`, those that nothing else has taken, with the
+/// contexts that `makeContext` makes of the entries. Returns how many it told.
+template <typename Entries, typename Title, typename MakeContext>
+std::size_t takeTitles(TitleMeanings& meanings, const Entries& entries, Title title,
+                       TitleMeaning::Source source, MakeContext makeContext) {
+    std::size_t taken = 0;
+    for (const auto& entry : entries) {
+        const auto found = meanings.find(std::string_view(std::invoke(title, entry)));
+        if (found != meanings.end() && found->second.source == TitleMeaning::Source::nothing) {
+            found->second = {source, makeContext(entry)};
+            ++taken;
         }
     }
-    return std::nullopt;
+    return taken;
 }
 
 }  // namespace
 
-ContextPointer actionContext(const MenuItem& item) {
-    if (const auto* const attached = std::get_if<ContextPointer>(&item.representedObject)) {
+FinderActionContextPointer actionContext(const MenuItem& item, const SettingsReading& settings) {
+    if (const auto* const attached =
+            std::get_if<FinderActionContextPointer>(&item.representedObject)) {
         return *attached;
     }
-    if (const auto* const attached =
+    if (const auto* const dictionary =
             std::get_if<PropertyList::Dictionary>(&item.representedObject)) {
-        return actionContextFromDictionary(*attached, item.title);
+        return actionContextFromDictionary(*dictionary, item.title);
     }
-    if (ContextPointer context = actionContextFromMenuIdentifier(item.identifier)) {
+    if (auto context = actionContextFromMenuIdentifier(item.identifier, settings)) {
         return context;
     }
-    if (ContextPointer context = actionContextFromMenuTag(item.tag)) {
+    if (auto context = actionContextFromMenuTag(item.tag, settings)) {
         return context;
     }
-    return actionContextFromMenuTitle(item.title);
+    return actionContextFromMenuTitle(item.title, settings);
 }
 
-ContextPointer actionContextFromMenuIdentifier(const std::optional<std::string>& identifier) {
+FinderActionContextPointer actionContextFromMenuIdentifier(
+    const std::optional<std::string>& identifier, const SettingsReading& settings) {
     if (!identifier) {
         return nullptr;
     }
     if (const auto id = afterPrefix(*identifier, openWithApplicationIdentifierPrefix)) {
-        const auto found = application(&FinderCustomDestination::id, *id);
-        if (!found) {
+        const FinderCustomDestination* const application =
+            entryWithID(settings.destinations(FinderCustomDestinationKind::openApplication), *id);
+        if (application == nullptr) {
             return nullptr;
         }
         appendDiagnosticLog("resolved open-with app from identifier=" + *identifier +
-                            " destination=" + found->path);
-        return openWithApplicationContext(*found);
+                            " destination=" + application->path);
+        return openWithApplicationContext(*application);
     }
-    if (ContextPointer context = customActionContext(*identifier)) {
+    if (auto context = customActionContext(*identifier, settings)) {
         appendDiagnosticLog("resolved custom action from identifier=" + *identifier);
         return context;
     }
     if (const auto id = afterPrefix(*identifier, viewPresetIdentifierPrefix)) {
-        const auto found = viewPreset(&FinderViewPresetSetting::id, *id);
-        if (!found) {
+        const FinderViewPresetSetting* const preset = entryWithID(settings.viewPresets(), *id);
+        if (preset == nullptr) {
             return nullptr;
         }
         appendDiagnosticLog("resolved view preset from identifier=" + *identifier);
-        return viewPresetContext(*found);
+        return viewPresetContext(*preset);
     }
     return nullptr;
 }
 
-ContextPointer actionContextFromMenuTag(std::int64_t tag) {
+FinderActionContextPointer actionContextFromMenuTag(std::int64_t tag,
+                                                    const SettingsReading& settings) {
     std::int64_t index = 0;
     if (__builtin_sub_overflow(tag, viewPresetTagBase, &index)) {
         std::abort();
     }
-    const std::vector<FinderViewPresetSetting> presets = FinderViewPresetSettings::presets();
+    const std::vector<FinderViewPresetSetting>& presets = settings.viewPresets();
     if (index < 0 || std::cmp_greater_equal(index, presets.size())) {
         return nullptr;
     }
@@ -188,30 +175,62 @@ ContextPointer actionContextFromMenuTag(std::int64_t tag) {
     return viewPresetContext(preset);
 }
 
-ContextPointer actionContextFromMenuTitle(const std::string& title) {
-    if (const auto found = customAction(&FinderCustomShortcutAction::name, title)) {
-        const std::string actionID = customActionIdentifier(*found);
-        appendDiagnosticLog("resolved custom action from title=" + title + " actionID=" + actionID);
-        return context(actionID, title, FinderFeatureAction::requiresSelection());
+FinderActionContextPointer actionContextFromMenuTitle(const std::string& title,
+                                                      const SettingsReading& settings) {
+    TitleMeanings meanings = {{title, {}}};
+    findTitleMeanings(meanings, settings);
+    const auto& [source, context] = meanings.begin()->second;
+    switch (source) {
+        case TitleMeaning::Source::customAction:
+            appendDiagnosticLog("resolved custom action from title=" + title +
+                                " actionID=" + context->actionID());
+            break;
+        case TitleMeaning::Source::application:
+            appendDiagnosticLog("resolved open-with app from title=" + title +
+                                " destination=" + context->destinationPath());
+            break;
+        case TitleMeaning::Source::viewPreset:
+            appendDiagnosticLog("resolved view preset from title=" + title +
+                                " actionID=" + context->actionID());
+            break;
+        case TitleMeaning::Source::command:
+        case TitleMeaning::Source::nothing:
+            break;
     }
-    if (const auto found = application(&FinderCustomDestination::name, title)) {
-        appendDiagnosticLog("resolved open-with app from title=" + title +
-                            " destination=" + found->path);
-        return openWithApplicationContext(*found);
-    }
-    if (const auto found = viewPreset(&FinderViewPresetSetting::name, title)) {
-        appendDiagnosticLog("resolved view preset from title=" + title +
-                            " actionID=" + viewPresetIdentifier(*found));
-        return viewPresetContext(*found);
-    }
-    if (const auto child = firstChild(
-            [&title](const FinderFeatureChild& candidate) { return candidate.title == title; })) {
-        return context(child->actionID, child->title, child->action);
-    }
-    return nullptr;
+    return context;
 }
 
-ContextPointer customActionContext(std::string_view actionID) {
+void findTitleMeanings(TitleMeanings& meanings, const SettingsReading& settings) {
+    using Source = TitleMeaning::Source;
+    std::size_t unknown = meanings.size();
+    unknown -= takeTitles(meanings, settings.customActions(), &FinderCustomShortcutAction::name,
+                          Source::customAction, [](const FinderCustomShortcutAction& action) {
+                              return customActionContext(action, customActionIdentifier(action));
+                          });
+    if (unknown == 0) {
+        return;
+    }
+    unknown -=
+        takeTitles(meanings, settings.destinations(FinderCustomDestinationKind::openApplication),
+                   &FinderCustomDestination::name, Source::application, openWithApplicationContext);
+    if (unknown == 0) {
+        return;
+    }
+    unknown -= takeTitles(meanings, settings.viewPresets(), &FinderViewPresetSetting::name,
+                          Source::viewPreset, viewPresetContext);
+    if (unknown == 0) {
+        return;
+    }
+    for (const FinderFeature feature : allFinderFeatures) {
+        takeTitles(meanings, children(feature), &FinderFeatureChild::title, Source::command,
+                   [](const FinderFeatureChild& child) {
+                       return context(child.actionID, child.title, child.action);
+                   });
+    }
+}
+
+FinderActionContextPointer customActionContext(std::string_view actionID,
+                                               const SettingsReading& settings) {
     auto id = afterPrefix(actionID, runShortcutIdentifierPrefix);
     if (!id) {
         id = afterPrefix(actionID, runScriptIdentifierPrefix);
@@ -219,20 +238,22 @@ ContextPointer customActionContext(std::string_view actionID) {
     if (!id) {
         return nullptr;
     }
-    const auto found = customAction(&FinderCustomShortcutAction::id, *id);
-    if (!found) {
-        return nullptr;
-    }
-    return context(std::string(actionID), found->name, FinderFeatureAction::requiresSelection());
+    const FinderCustomShortcutAction* const action = entryWithID(settings.customActions(), *id);
+    return action == nullptr ? nullptr : customActionContext(*action, std::string(actionID));
 }
 
 std::optional<FinderFeatureAction> actionForID(std::string_view actionID) {
     if (actionID == openWithApplicationActionID) {
         return FinderFeatureAction::openWithApplicationPath();
     }
-    const auto child = firstChild(
-        [actionID](const FinderFeatureChild& candidate) { return candidate.actionID == actionID; });
-    return child ? std::optional(child->action) : std::nullopt;
+    for (const FinderFeature feature : allFinderFeatures) {
+        for (const FinderFeatureChild& child : children(feature)) {
+            if (child.actionID == actionID) {
+                return child.action;
+            }
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace quorva

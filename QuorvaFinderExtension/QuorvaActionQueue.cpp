@@ -12,41 +12,40 @@
 namespace quorva {
 
 FileURL QuorvaActionQueue::directoryURL() {
-    const Result<FileURL> applicationSupport =
-        urlForDirectoryInUserDomainCreating(SearchPathDirectory::applicationSupport);
+    const Result<FileURL> applicationSupport = platform::urlForDirectoryInUserDomainCreating(
+        platform::SearchPathDirectory::applicationSupport);
     if (!applicationSupport) {
         return FileURL::directory("/tmp/quorva-action-queue");
     }
     return applicationSupport->appendingDirectory("Quorva").appendingDirectory("ActionQueue");
 }
 
-Result<void> QuorvaActionQueue::enqueue(const std::string& actionID, const std::string& title,
-                                        const std::vector<FileURL>& selectedURLs,
-                                        const std::optional<FileURL>& targetedURL,
-                                        const std::string& destinationPath,
-                                        const std::string& presetID) {
+Result<void> QuorvaActionQueue::enqueue(const QuorvaActionRecord& record) {
     const FileURL directory = directoryURL();
-    if (Result<void> created = createDirectoryWithIntermediateDirectories(directory); !created) {
+    if (Result<void> created = platform::createDirectoryWithIntermediateDirectories(directory);
+        !created) {
         return created;
     }
     PropertyList::Array selectedPaths;
-    selectedPaths.reserve(selectedURLs.size());
-    for (const FileURL& url : selectedURLs) {
+    selectedPaths.reserve(record.selectedURLs.urls().size());
+    for (const FileURL& url : record.selectedURLs.urls()) {
         selectedPaths.emplace_back(url.path());
     }
-    const Result<Data> json = jsonDataPrettyPrintedWithSortedKeys(PropertyList::Dictionary{
-        {"actionID", actionID},
-        {"title", title},
-        {"selectedPaths", std::move(selectedPaths)},
-        {"targetedPath", targetedURL ? targetedURL->path() : std::string()},
-        {"destinationPath", destinationPath},
-        {"presetID", presetID},
-        {"createdAt", timeIntervalSince1970()},
-    });
+    const Result<Data> json =
+        platform::jsonDataPrettyPrintedWithSortedKeys(PropertyList::Dictionary{
+            {"actionID", record.actionID},
+            {"title", record.title},
+            {"selectedPaths", std::move(selectedPaths)},
+            {"targetedPath", record.targetedURL ? record.targetedURL->path() : std::string()},
+            {"destinationPath", record.destinationPath},
+            {"presetID", record.presetID},
+            {"createdAt", platform::timeIntervalSince1970()},
+        });
     if (!json) {
         return std::unexpected(json.error());
     }
-    return writeDataAtomically(*json, directory.appendingFile(newUUIDString() + ".json"));
+    return platform::writeDataAtomically(
+        *json, directory.appendingFile(platform::newUUIDString() + ".json"));
 }
 
 }  // namespace quorva

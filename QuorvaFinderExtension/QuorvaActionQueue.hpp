@@ -2,12 +2,25 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "Platform/Error.hpp"
 #include "Platform/FileURL.hpp"
+#include "QuorvaFinderExtension/FinderSelection.hpp"
 
 namespace quorva {
+
+/// What a click hands to the containing application.
+struct QuorvaActionRecord {
+    std::string actionID;
+    std::string title;
+    FinderSelection selectedURLs;
+    /// Absent when no folder was targeted.
+    std::optional<FileURL> targetedURL;
+    /// Empty for entries without one.
+    std::string destinationPath;
+    /// Empty for entries without one.
+    std::string presetID;
+};
 
 /// The queue of actions for the containing application: a folder with one JSON file per click. The
 /// extension only adds to it.
@@ -17,17 +30,13 @@ class QuorvaActionQueue {
 
     /// The folder "Quorva/ActionQueue" in Application Support, or a folder below "/tmp" when
     /// Application Support can't be had. Looked up anew at every call; the folder need not exist.
-    static FileURL directoryURL();
+    [[nodiscard]] static FileURL directoryURL();
 
-    /// Writes one record under a name that no other record has. `targetedURL` is absent when no
-    /// folder was targeted; `destinationPath` and `presetID` are empty for entries without one.
+    /// Writes `record`, with the time, under a name that no other record has.
     ///
     /// The record is written whole or not at all. Fails with the platform's error when the folder
     /// can't be created or the record can't be written.
-    static Result<void> enqueue(const std::string& actionID, const std::string& title,
-                                const std::vector<FileURL>& selectedURLs,
-                                const std::optional<FileURL>& targetedURL,
-                                const std::string& destinationPath, const std::string& presetID);
+    [[nodiscard]] static Result<void> enqueue(const QuorvaActionRecord& record);
 };
 
 }  // namespace quorva

@@ -13,7 +13,7 @@
 #include <cstring>
 #include <utility>
 
-#import "Cocoa/FinderActionContext.h"
+#import "Cocoa/FinderActionContextObject.h"
 #import "Cocoa/StringConversion.h"
 
 // The principal class is known by its name alone; here the method is only a name too.
@@ -168,8 +168,8 @@ simulator::RepresentedObject representedObject(id object) {
     if (object == nil) {
         return {};
     }
-    if ([object isKindOfClass:[FinderActionContext class]]) {
-        return [static_cast<FinderActionContext*>(object) context];
+    if ([object isKindOfClass:[FinderActionContextObject class]]) {
+        return [static_cast<FinderActionContextObject*>(object) context];
     }
     if ([object isKindOfClass:[NSDictionary class]]) {
         return std::get<Value::Dictionary>(value(object).content);
@@ -180,7 +180,7 @@ simulator::RepresentedObject representedObject(id object) {
 id foundationObject(const simulator::RepresentedObject& object) {
     if (const auto* context =
             std::get_if<std::shared_ptr<const quorva::FinderActionContext>>(&object)) {
-        return [[[FinderActionContext alloc] initWithContext:*context] autorelease];
+        return [[[FinderActionContextObject alloc] initWithContext:*context] autorelease];
     }
     if (const auto* entries = std::get_if<Value::Dictionary>(&object)) {
         return foundationDictionary(*entries);

@@ -59,6 +59,6 @@ TEST_F(MainBundle, DoesNotDependOnTheLocale) {
 }
 
 TEST(LocalizedString, IsTheKeyWhenThereIsNoTranslation) {
-    EXPECT_EQ(quorva::localizedString("没有已启用功能"), "没有已启用功能");
-    EXPECT_EQ(quorva::localizedString(""), "");
+    EXPECT_EQ(quorva::platform::localizedString("没有已启用功能"), "没有已启用功能");
+    EXPECT_EQ(quorva::platform::localizedString(""), "");
 }

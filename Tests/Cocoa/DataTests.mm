@@ -6,26 +6,47 @@
 #include "Tests/Cocoa/TemporaryFolder.hpp"
 
 using quorva::dataWithText;
+using quorva::platform::dataWithContentsOfRegularFile;
+using quorva::platform::writeDataAtomically;
 
 class DataOnDisk : public TemporaryFolder {};
 
 TEST_F(DataOnDisk, ReadsEveryByteOfAFile) {
     const std::string content("a\0\xFF\n", 4);
     write("没有 a?b#c%20;", content);
-    EXPECT_EQ(dataWithContentsOfURL(file("没有 a?b#c%20;")), dataWithText(content));
+    EXPECT_EQ(dataWithContentsOfRegularFile(file("没有 a?b#c%20;"), 4), dataWithText(content));
 }
 
 TEST_F(DataOnDisk, ReadsAnEmptyFileAsNoBytes) {
     write("empty", "");
-    EXPECT_EQ(dataWithContentsOfURL(file("empty")), quorva::Data{});
+    EXPECT_EQ(dataWithContentsOfRegularFile(file("empty"), 0), quorva::Data{});
 }
 
 TEST_F(DataOnDisk, ReadingFailsForWhatIsMissingAFolderOrBelowAFile) {
     write("plain", "x");
     for (const quorva::FileURL& url : {file("missing"), file(""), file("plain/below")}) {
-        const auto result = dataWithContentsOfURL(url);
+        const auto result = dataWithContentsOfRegularFile(url, 100);
         ASSERT_FALSE(result);
         EXPECT_NE(result.error().localizedDescription, "");
+    }
+}
+
+TEST_F(DataOnDisk, ReadsAFileOfTheLimitAndNotALargerOne) {
+    write("file", "1234");
+    EXPECT_EQ(dataWithContentsOfRegularFile(file("file"), 4), dataWithText("1234"));
+    EXPECT_FALSE(dataWithContentsOfRegularFile(file("file"), 3));
+}
+
+TEST_F(DataOnDisk, ReadsThroughALink) {
+    write("file", "x");
+    std::filesystem::create_symlink(path("file"), path("link"));
+    EXPECT_EQ(dataWithContentsOfRegularFile(file("link"), 1), dataWithText("x"));
+}
+
+TEST_F(DataOnDisk, ReadingFailsAtOnceForAPipeOrADevice) {
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    for (const quorva::FileURL& url : {file("pipe"), quorva::FileURL::file("/dev/zero")}) {
+        EXPECT_FALSE(dataWithContentsOfRegularFile(url, 100)) << url.path();
     }
 }
 

@@ -35,7 +35,7 @@ TEST(DistributedNotificationCenter, DeliversAPostedNotificationWithoutObjectAndU
                selector:@selector(receive:)
                    name:@"app.ferrolin.Quorva.CocoaTests"
                  object:nil];
-    quorva::postDistributedNotification("app.ferrolin.Quorva.CocoaTests");
+    quorva::platform::postDistributedNotification("app.ferrolin.Quorva.CocoaTests");
     EXPECT_TRUE(runLoopUntil([&] { return observer->received != nil; }));
     EXPECT_EQ(observer->received.object, nil);
     EXPECT_EQ(observer->received.userInfo.count, 0u);
@@ -48,6 +48,6 @@ TEST(DistributedNotificationCenter, DeliversAPostedNotificationWithoutObjectAndU
 }
 
 TEST(DistributedNotificationCenter, PostsToNobody) {
-    quorva::postDistributedNotification("app.ferrolin.Quorva.NobodyListens");
-    quorva::postDistributedNotification("");
+    quorva::platform::postDistributedNotification("app.ferrolin.Quorva.NobodyListens");
+    quorva::platform::postDistributedNotification("");
 }

@@ -1,58 +1,79 @@
 #include "Platform/FileHandle.hpp"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "Tests/Cocoa/TemporaryFolder.hpp"
 
-using quorva::FileHandle;
+using quorva::platform::FileHandle;
 
 class FileHandleOnDisk : public TemporaryFolder {};
 
 TEST_F(FileHandleOnDisk, AppendsBehindTheLastByte) {
     write("没有.log", "first\n");
-    auto handle = FileHandle::forWritingToURL(file("没有.log"));
+    auto handle = FileHandle::forAppendingToURL(file("没有.log"));
     ASSERT_TRUE(handle);
-    EXPECT_TRUE(handle->seekToEnd());
     EXPECT_TRUE(handle->write(std::string_view("a\0b\n", 4)));
     EXPECT_TRUE(handle->write(""));
-    EXPECT_TRUE(handle->close());
     EXPECT_EQ(read("没有.log"), std::string("first\na\0b\n", 10));
 }
 
-TEST_F(FileHandleOnDisk, StartsAtTheBeginningAndTruncatesNothing) {
-    write("file", "abcdef");
-    {
-        auto handle = FileHandle::forWritingToURL(file("file"));
-        ASSERT_TRUE(handle);
-        EXPECT_TRUE(handle->write("XY"));
-    }
-    EXPECT_EQ(read("file"), "XYcdef");
+TEST_F(FileHandleOnDisk, AppendsBehindWhatAnotherHandleWroteMeanwhile) {
+    write("file", "");
+    auto one = FileHandle::forAppendingToURL(file("file"));
+    auto two = FileHandle::forAppendingToURL(file("file"));
+    ASSERT_TRUE(one && two);
+    EXPECT_TRUE(one->write("1"));
+    EXPECT_TRUE(two->write("2"));
+    EXPECT_TRUE(one->write("3"));
+    EXPECT_EQ(read("file"), "123");
 }
 
-TEST_F(FileHandleOnDisk, OpeningFailsForWhatIsMissingOrAFolder) {
-    for (const quorva::FileURL& url : {file("missing"), file("")}) {
-        const auto handle = FileHandle::forWritingToURL(url);
-        ASSERT_FALSE(handle);
+TEST_F(FileHandleOnDisk, TellsTheLastByte) {
+    write("file", "ab");
+    auto handle = FileHandle::forAppendingToURL(file("file"));
+    ASSERT_TRUE(handle);
+    EXPECT_EQ(handle->lastByte(), 'b');
+    EXPECT_TRUE(handle->write("c"));
+    EXPECT_EQ(handle->lastByte(), 'c');
+    write("file", "");
+    EXPECT_EQ(handle->lastByte(), std::nullopt);
+}
+
+TEST_F(FileHandleOnDisk, AppendsThroughALink) {
+    write("file", "1");
+    std::filesystem::create_symlink(path("file"), path("link"));
+    auto handle = FileHandle::forAppendingToURL(file("link"));
+    ASSERT_TRUE(handle);
+    EXPECT_TRUE(handle->write("2"));
+    EXPECT_EQ(read("file"), "12");
+}
+
+TEST_F(FileHandleOnDisk, OpeningFailsAtOnceForWhatIsNotARegularFile) {
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    std::filesystem::create_symlink(path("pipe"), path("link"));
+    for (const quorva::FileURL& url : {file("missing"), file(""), file("pipe"), file("link"),
+                                       quorva::FileURL::file("/dev/full")}) {
+        const auto handle = FileHandle::forAppendingToURL(url);
+        ASSERT_FALSE(handle) << url.path();
         EXPECT_NE(handle.error().localizedDescription, "");
     }
-    EXPECT_EQ(entryCount(), 0u);
+    EXPECT_EQ(entryCount(), 2u);
 }
 
-TEST_F(FileHandleOnDisk, MovesWithItsFile) {
-    write("one", "");
-    write("two", "");
-    auto one = FileHandle::forWritingToURL(file("one"));
-    auto two = FileHandle::forWritingToURL(file("two"));
-    ASSERT_TRUE(one && two);
-    *one = std::move(*two);
-    EXPECT_TRUE(one->write("x"));
-    EXPECT_EQ(read("two"), "x");
-}
-
-TEST(FileHandle, ReportsAWriteThatTheSystemRefuses) {
-    auto handle = FileHandle::forWritingToURL(quorva::FileURL::file("/dev/full"));
-    ASSERT_TRUE(handle);
-    const auto result = handle->write("x");
-    ASSERT_FALSE(result);
-    EXPECT_NE(result.error().localizedDescription, "");
+TEST_F(FileHandleOnDisk, ClosesItsFileOnce) {
+    write("file", "");
+    const auto openDescriptors = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+    };
+    const auto before = openDescriptors();
+    {
+        auto handle = FileHandle::forAppendingToURL(file("file"));
+        ASSERT_TRUE(handle);
+        const FileHandle moved = std::move(*handle);
+        EXPECT_EQ(openDescriptors(), before + 1);
+    }
+    EXPECT_EQ(openDescriptors(), before);
 }

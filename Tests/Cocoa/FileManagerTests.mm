@@ -6,7 +6,7 @@
 #include "Tests/Cocoa/TemporaryFolder.hpp"
 
 using quorva::FileURL;
-using quorva::SearchPathDirectory;
+using quorva::platform::SearchPathDirectory;
 using testing::UnorderedElementsAre;
 
 class FileManagerOnDisk : public TemporaryFolder {
@@ -17,7 +17,8 @@ class FileManagerOnDisk : public TemporaryFolder {
 };
 
 TEST_F(FileManagerOnDisk, ReportsTheHomeFolder) {
-    EXPECT_EQ(quorva::homeDirectoryForCurrentUser(), FileURL::directory(folder().string()));
+    EXPECT_EQ(quorva::platform::homeDirectoryForCurrentUser(),
+              FileURL::directory(folder().string()));
 }
 
 TEST_F(FileManagerOnDisk, ReportsTheStandardDirectoriesWhetherTheyExistOrNot) {
@@ -30,51 +31,56 @@ TEST_F(FileManagerOnDisk, ReportsTheStandardDirectoriesWhetherTheyExistOrNot) {
         {SearchPathDirectory::music, "Music"},
         {SearchPathDirectory::pictures, "Pictures"}};
     for (const auto& [searchPath, name] : expected) {
-        EXPECT_EQ(quorva::urlsForDirectoryInUserDomain(searchPath), std::vector{directory(name)});
+        EXPECT_EQ(quorva::platform::urlsForDirectoryInUserDomain(searchPath),
+                  std::vector{directory(name)});
     }
     EXPECT_EQ(entryCount(), 0u);
 }
 
 TEST_F(FileManagerOnDisk, ReportsNothingForADirectoryItDoesNotKnow) {
     const auto unknown = static_cast<SearchPathDirectory>(4711);
-    EXPECT_EQ(quorva::urlsForDirectoryInUserDomain(unknown), std::vector<FileURL>{});
-    EXPECT_FALSE(quorva::urlForDirectoryInUserDomainCreating(unknown));
+    EXPECT_EQ(quorva::platform::urlsForDirectoryInUserDomain(unknown), std::vector<FileURL>{});
+    EXPECT_FALSE(quorva::platform::urlForDirectoryInUserDomainCreating(unknown));
 }
 
 TEST_F(FileManagerOnDisk, CreatesApplicationSupportWhenAskedTo) {
     for (int time = 0; time < 2; ++time) {
-        EXPECT_EQ(
-            quorva::urlForDirectoryInUserDomainCreating(SearchPathDirectory::applicationSupport),
-            directory("Library/Application Support"));
+        EXPECT_EQ(quorva::platform::urlForDirectoryInUserDomainCreating(
+                      SearchPathDirectory::applicationSupport),
+                  directory("Library/Application Support"));
     }
     EXPECT_TRUE(std::filesystem::is_directory(path("Library/Application Support")));
 }
 
 TEST_F(FileManagerOnDisk, FailsToCreateApplicationSupportBelowAFile) {
     write("Library", "in the way");
-    const auto result =
-        quorva::urlForDirectoryInUserDomainCreating(SearchPathDirectory::applicationSupport);
+    const auto result = quorva::platform::urlForDirectoryInUserDomainCreating(
+        SearchPathDirectory::applicationSupport);
     ASSERT_FALSE(result);
     EXPECT_NE(result.error().localizedDescription, "");
 }
 
 TEST_F(FileManagerOnDisk, CreatesDirectoriesWithThoseAboveThem) {
-    EXPECT_TRUE(createDirectoryWithIntermediateDirectories(directory("a/没有/c")));
-    EXPECT_TRUE(createDirectoryWithIntermediateDirectories(directory("a/没有/c")));
+    EXPECT_TRUE(
+        quorva::platform::createDirectoryWithIntermediateDirectories(directory("a/没有/c")));
+    EXPECT_TRUE(
+        quorva::platform::createDirectoryWithIntermediateDirectories(directory("a/没有/c")));
     EXPECT_TRUE(std::filesystem::is_directory(path("a/没有/c")));
 }
 
 TEST_F(FileManagerOnDisk, CreatesADirectoryThroughALink) {
     std::filesystem::create_directory(path("real"));
     std::filesystem::create_directory_symlink("real", path("link"));
-    EXPECT_TRUE(createDirectoryWithIntermediateDirectories(directory("link/new")));
+    EXPECT_TRUE(
+        quorva::platform::createDirectoryWithIntermediateDirectories(directory("link/new")));
     EXPECT_TRUE(std::filesystem::is_directory(path("real/new")));
 }
 
 TEST_F(FileManagerOnDisk, FailsToCreateADirectoryWhereAFileIsInTheWay) {
     write("plain", "kept");
     for (const char* name : {"plain", "plain/below"}) {
-        const auto result = createDirectoryWithIntermediateDirectories(directory(name));
+        const auto result =
+            quorva::platform::createDirectoryWithIntermediateDirectories(directory(name));
         ASSERT_FALSE(result) << name;
         EXPECT_NE(result.error().localizedDescription, "");
     }
@@ -88,8 +94,8 @@ TEST_F(FileManagerOnDisk, ListsEntriesWithoutHiddenOnesAndSaysWhichAreDirectorie
     write("a?b#c%20;", "");
     write("没有", "");
     write(".hidden file", "");
-    const auto contents =
-        contentsOfDirectorySkippingHiddenFiles(FileURL::directory(folder().string()));
+    const auto contents = quorva::platform::contentsOfDirectorySkippingHiddenFiles(
+        FileURL::directory(folder().string()));
     ASSERT_TRUE(contents);
     EXPECT_THAT(*contents, UnorderedElementsAre(directory("folder"), file("link"),
                                                 file("a?b#c%20;"), file("没有")));
@@ -98,19 +104,22 @@ TEST_F(FileManagerOnDisk, ListsEntriesWithoutHiddenOnesAndSaysWhichAreDirectorie
 TEST_F(FileManagerOnDisk, ListsTheOthersWhenANameIsNotUTF8) {
     write("\xFF\xFE", "");
     write("file", "");
-    EXPECT_EQ(contentsOfDirectorySkippingHiddenFiles(FileURL::directory(folder().string())),
+    EXPECT_EQ(quorva::platform::contentsOfDirectorySkippingHiddenFiles(
+                  FileURL::directory(folder().string())),
               std::vector{file("file")});
 }
 
 TEST_F(FileManagerOnDisk, ListsAnEmptyDirectory) {
-    EXPECT_EQ(contentsOfDirectorySkippingHiddenFiles(FileURL::directory(folder().string())),
+    EXPECT_EQ(quorva::platform::contentsOfDirectorySkippingHiddenFiles(
+                  FileURL::directory(folder().string())),
               std::vector<FileURL>{});
 }
 
 TEST_F(FileManagerOnDisk, ListingFailsForWhatIsMissingOrAFile) {
     write("plain", "");
     for (const char* name : {"missing", "plain"}) {
-        const auto contents = contentsOfDirectorySkippingHiddenFiles(directory(name));
+        const auto contents =
+            quorva::platform::contentsOfDirectorySkippingHiddenFiles(directory(name));
         ASSERT_FALSE(contents) << name;
         EXPECT_NE(contents.error().localizedDescription, "");
     }
@@ -119,9 +128,9 @@ TEST_F(FileManagerOnDisk, ListingFailsForWhatIsMissingOrAFile) {
 TEST_F(FileManagerOnDisk, KnowsWhatExists) {
     write("file", "");
     std::filesystem::create_symlink("nowhere", path("dangling"));
-    EXPECT_TRUE(quorva::fileExistsAtPath(folder().string()));
-    EXPECT_TRUE(quorva::fileExistsAtPath(path("file").string()));
-    EXPECT_FALSE(quorva::fileExistsAtPath(path("missing").string()));
-    EXPECT_FALSE(quorva::fileExistsAtPath(path("dangling").string()));
-    EXPECT_FALSE(quorva::fileExistsAtPath(""));
+    EXPECT_TRUE(quorva::platform::fileExistsAtPath(folder().string()));
+    EXPECT_TRUE(quorva::platform::fileExistsAtPath(path("file").string()));
+    EXPECT_FALSE(quorva::platform::fileExistsAtPath(path("missing").string()));
+    EXPECT_FALSE(quorva::platform::fileExistsAtPath(path("dangling").string()));
+    EXPECT_FALSE(quorva::platform::fileExistsAtPath(""));
 }

@@ -37,26 +37,30 @@ TEST(URLConversion, LeavesOutURLsWithoutAPath) {
 class FileURLOnDisk : public TemporaryFolder {};
 
 TEST_F(FileURLOnDisk, StandardizingKeepsTheDirectoryFlag) {
-    EXPECT_EQ(standardizedFileURL(FileURL::directory("/tmp/./a/../b//c")),
+    EXPECT_EQ(quorva::platform::standardizedFileURL(FileURL::directory("/tmp/./a/../b//c")),
               FileURL::directory("/tmp/b/c"));
-    EXPECT_EQ(standardizedFileURL(FileURL::file("/tmp/./a/../b//c")), FileURL::file("/tmp/b/c"));
-    EXPECT_EQ(standardizedFileURL(FileURL::directory("/")), FileURL::directory("/"));
-    EXPECT_EQ(standardizedFileURL(FileURL::directory("/..")), FileURL::directory("/"));
+    EXPECT_EQ(quorva::platform::standardizedFileURL(FileURL::file("/tmp/./a/../b//c")),
+              FileURL::file("/tmp/b/c"));
+    EXPECT_EQ(quorva::platform::standardizedFileURL(FileURL::directory("/")),
+              FileURL::directory("/"));
+    EXPECT_EQ(quorva::platform::standardizedFileURL(FileURL::directory("/..")),
+              FileURL::directory("/"));
 }
 
 TEST_F(FileURLOnDisk, ResolvesSymbolicLinksAlsoAboveWhatDoesNotExist) {
     std::filesystem::create_directories(path("real/sub"));
     std::filesystem::create_directory_symlink("real", path("link"));
     const std::string folderPath = folder().string();
-    EXPECT_EQ(quorva::pathByResolvingSymbolicLinks(folderPath + "/link/sub"),
+    EXPECT_EQ(quorva::platform::pathByResolvingSymbolicLinks(folderPath + "/link/sub"),
               folderPath + "/real/sub");
-    EXPECT_EQ(quorva::pathByResolvingSymbolicLinks(folderPath + "/link/missing/more"),
+    EXPECT_EQ(quorva::platform::pathByResolvingSymbolicLinks(folderPath + "/link/missing/more"),
               folderPath + "/real/missing/more");
-    EXPECT_EQ(quorva::pathByResolvingSymbolicLinks(folderPath + "/没有"), folderPath + "/没有");
+    EXPECT_EQ(quorva::platform::pathByResolvingSymbolicLinks(folderPath + "/没有"),
+              folderPath + "/没有");
 }
 
 TEST_F(FileURLOnDisk, LeavesALoopOfSymbolicLinksAsItIs) {
     std::filesystem::create_symlink("loop", path("loop"));
-    EXPECT_EQ(quorva::pathByResolvingSymbolicLinks(path("loop/x").string()),
+    EXPECT_EQ(quorva::platform::pathByResolvingSymbolicLinks(path("loop/x").string()),
               path("loop/x").string());
 }

@@ -32,27 +32,27 @@ TEST(FinderSyncController, AnswersSelectionAndTargetDuringARequest) {
         [urls addObject:quorva::foundationURL(url)];
     }
     const FinderRequest request(urls, quorva::foundationURL(FileURL::directory("/target")));
-    EXPECT_EQ(quorva::selectedItemURLs(), selection);
-    EXPECT_EQ(quorva::targetedURL(), FileURL::directory("/target"));
+    EXPECT_EQ(quorva::platform::selectedItemURLs(), selection);
+    EXPECT_EQ(quorva::platform::targetedURL(), FileURL::directory("/target"));
 }
 
 TEST(FinderSyncController, AnswersAnEmptySelection) {
     const FinderRequest request([NSArray array], nil);
-    EXPECT_EQ(quorva::selectedItemURLs(), std::vector<FileURL>{});
-    EXPECT_EQ(quorva::targetedURL(), std::nullopt);
+    EXPECT_EQ(quorva::platform::selectedItemURLs(), std::vector<FileURL>{});
+    EXPECT_EQ(quorva::platform::targetedURL(), std::nullopt);
 }
 
 TEST(FinderSyncController, AnswersNothingOutsideARequest) {
-    EXPECT_EQ(quorva::selectedItemURLs(), std::nullopt);
-    EXPECT_EQ(quorva::targetedURL(), std::nullopt);
+    EXPECT_EQ(quorva::platform::selectedItemURLs(), std::nullopt);
+    EXPECT_EQ(quorva::platform::targetedURL(), std::nullopt);
 }
 
 TEST(FinderSyncController, HoldsEachDirectoryURLOfTheSet) {
-    quorva::setDirectoryURLs(
+    quorva::platform::setDirectoryURLs(
         {FileURL::file("/tmp"), FileURL::directory("/tmp"), FileURL::directory("/没有")});
     NSSet<NSURL*>* urls = [FIFinderSyncController defaultController].directoryURLs;
     EXPECT_EQ(urls.count, 3u);
     EXPECT_TRUE([urls containsObject:quorva::foundationURL(FileURL::directory("/没有"))]);
-    quorva::setDirectoryURLs({});
+    quorva::platform::setDirectoryURLs({});
     EXPECT_EQ([FIFinderSyncController defaultController].directoryURLs.count, 0u);
 }

@@ -2,6 +2,7 @@
 
 #import <AppKit/AppKit.h>
 #import <FinderSync/FIFinderSyncController+Simulator.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -52,6 +53,52 @@
 }
 @end
 
+namespace {
+
+void postNotification(NSString* name, NSString* object, NSDictionary* userInfo) {
+    [[NSDistributedNotificationCenter defaultCenter] postNotificationName:name
+                                                                   object:object
+                                                                 userInfo:userInfo
+                                                       deliverImmediately:YES];
+}
+
+void postSettingsChanged(NSString* object, NSDictionary* userInfo) {
+    postNotification(@"app.ferrolin.Quorva.SettingsChanged", object, userInfo);
+}
+
+}  // namespace
+
+/// Hears of what is posted behind another notification.
+@interface SettingsObserver : NSObject {
+    BOOL _notified;
+}
+- (BOOL)isNotified;
+@end
+
+@implementation SettingsObserver
+- (instancetype)init {
+    self = [super init];
+    if (self != nil) {
+        [[NSDistributedNotificationCenter defaultCenter]
+            addObserver:self
+               selector:@selector(takeNotification:)
+                   name:@"app.ferrolin.Quorva.Tests.Afterwards"
+                 object:nil];
+    }
+    return self;
+}
+- (void)dealloc {
+    [[NSDistributedNotificationCenter defaultCenter] removeObserver:self];
+    [super dealloc];
+}
+- (void)takeNotification:(NSNotification*)notification {
+    _notified = YES;
+}
+- (BOOL)isNotified {
+    return _notified;
+}
+@end
+
 /// The principal class as the system uses it: by its name and its Objective-C methods.
 class PrincipalClass : public TemporaryFolder {
    protected:
@@ -67,6 +114,10 @@ class PrincipalClass : public TemporaryFolder {
     [[nodiscard]] FinderSync* finderSync() const { return finderSync_.get(); }
 
     void letGo() { finderSync_ = {}; }
+
+    [[nodiscard]] std::string log() const {
+        return read("Library/Application Support/Quorva/FinderExtension.log");
+    }
 
     /// The menu while `path` is selected.
     [[nodiscard]] NSMenu* menu(NSString* selected) const {
@@ -145,18 +196,21 @@ TEST_F(PrincipalClass, SetsTheMonitoredFoldersWhenItIsCreated) {
         containsObject:[NSURL fileURLWithPath:@"/Applications" isDirectory:YES]]);
 }
 
-TEST_F(PrincipalClass, KeepsAnExceptionOfAClickedItemFromTheSystem) {
+TEST_F(PrincipalClass, KeepsAnExceptionOfAClickedItemFromTheSystemAndLogsIt) {
     [finderSync() performFeatureChild:[[[RaisingMenuItem alloc] init] autorelease]];
     EXPECT_TRUE(takeRecord().is_null());
+    EXPECT_THAT(log(), testing::HasSubstr("] click failed: no title\n"));
 }
 
 TEST_F(PrincipalClass, KeepsExhaustedMemoryAtAClickFromTheSystem) {
     [finderSync() performFeatureChild:[[[OutOfMemoryMenuItem alloc] init] autorelease]];
     EXPECT_TRUE(takeRecord().is_null());
+    EXPECT_THAT(log(), testing::HasSubstr("] click failed: std::bad_alloc\n"));
 }
 
 TEST_F(PrincipalClass, KeepsAnExceptionOfANotificationFromTheSystem) {
     [finderSync() handleSettingsChanged:[[[RaisingNotification alloc] init] autorelease]];
+    EXPECT_THAT(log(), testing::HasSubstr("] settings change failed: no user info\n"));
 }
 
 TEST_F(PrincipalClass, HasAToolbarItem) {
@@ -165,7 +219,7 @@ TEST_F(PrincipalClass, HasAToolbarItem) {
     EXPECT_NE(finderSync().toolbarItemImage, nil);
 }
 
-TEST_F(PrincipalClass, AnswersAMenuForEveryKind) {
+TEST_F(PrincipalClass, ReturnsAMenuForEveryKind) {
     for (const NSUInteger kind : {0u, 1u, 2u, 3u, 4711u}) {
         NSMenu* menu = [finderSync() menuForMenuKind:static_cast<FIMenuKind>(kind)];
         EXPECT_EQ(quorva::utf8String(menu.title), "Quorva");
@@ -212,7 +266,7 @@ TEST_F(PrincipalClass, QueuesAClickOnADestinationAsFinderDeliversIt) {
     EXPECT_EQ(delivered["destinationPath"], "/mine");
 }
 
-TEST_F(PrincipalClass, IgnoresASenderThatIsNoMenuItem) {
+TEST_F(PrincipalClass, IgnoresASenderThatIsNotAMenuItem) {
     [finderSync() performFeatureChild:nil];
     [finderSync() performFeatureChild:@"text"];
     EXPECT_TRUE(takeRecord().is_null());
@@ -228,45 +282,59 @@ TEST_F(PrincipalClass, QueuesNothingForAnItemItDoesNotKnow) {
 
 TEST_F(PrincipalClass, RefreshesTheMonitoredFoldersWhenTheSettingsChange) {
     [FIFinderSyncController defaultController].directoryURLs = [NSSet set];
-    [[NSDistributedNotificationCenter defaultCenter]
-        postNotificationName:@"app.ferrolin.Quorva.SettingsChanged"
-                      object:nil
-                    userInfo:[NSDictionary dictionaryWithObject:@"test" forKey:@"reason"]
-          deliverImmediately:YES];
+    postSettingsChanged(nil, [NSDictionary dictionaryWithObject:@"test" forKey:@"reason"]);
     EXPECT_TRUE(runLoopUntil(
         [] { return [FIFinderSyncController defaultController].directoryURLs.count > 0; }));
-    EXPECT_NE(read("Library/Application Support/Quorva/FinderExtension.log")
-                  .find("settings changed notification reason=test\n"),
-              std::string::npos);
+    EXPECT_THAT(log(), testing::HasSubstr("settings changed notification reason=test\n"));
 }
 
-TEST_F(PrincipalClass, TakesANotificationWithoutAReasonThatIsText) {
+TEST_F(PrincipalClass, TakesANotificationWithoutAReasonThatIsAString) {
     for (NSDictionary* userInfo :
          {static_cast<NSDictionary*>(nil), [NSDictionary dictionary],
           [NSDictionary dictionaryWithObject:[NSNumber numberWithInt:1] forKey:@"reason"],
-          [NSDictionary dictionaryWithObject:[NSNull null] forKey:@"reason"]}) {
+          [NSDictionary dictionaryWithObject:[NSNull null] forKey:@"reason"],
+          [NSDictionary dictionaryWithObjectsAndKeys:@"test", @"reason", @"value",
+                                                     [NSNumber numberWithInt:1], nil]}) {
         [finderSync() handleSettingsChanged:[NSNotification notificationWithName:@"n"
                                                                           object:nil
                                                                         userInfo:userInfo]];
     }
-    const std::string log = read("Library/Application Support/Quorva/FinderExtension.log");
+    const std::string lines = log();
     std::size_t count = 0;
-    for (std::size_t at = log.find("reason=unknown\n"); at != std::string::npos;
-         at = log.find("reason=unknown\n", at + 1)) {
+    for (std::size_t at = lines.find("reason=unknown\n"); at != std::string::npos;
+         at = lines.find("reason=unknown\n", at + 1)) {
         ++count;
     }
-    EXPECT_EQ(count, 4u);
+    EXPECT_EQ(count, 5u);
 }
 
 TEST_F(PrincipalClass, ObservesNothingOnceItIsGone) {
     letGo();
     [FIFinderSyncController defaultController].directoryURLs = [NSSet set];
-    [[NSDistributedNotificationCenter defaultCenter]
-        postNotificationName:@"app.ferrolin.Quorva.SettingsChanged"
-                      object:nil
-                    userInfo:nil
-          deliverImmediately:YES];
-    NSDate* end = [NSDate dateWithTimeIntervalSinceNow:0.3];
-    EXPECT_TRUE(runLoopUntil([end] { return end.timeIntervalSinceNow < 0; }));
+    // Delivered in the order of the posts, so the second is the proof that the first is over.
+    SettingsObserver* observer = [[[SettingsObserver alloc] init] autorelease];
+    postSettingsChanged(nil, nil);
+    postNotification(@"app.ferrolin.Quorva.Tests.Afterwards", nil, nil);
+    EXPECT_TRUE(runLoopUntil([observer] { return [observer isNotified]; }));
     EXPECT_EQ([FIFinderSyncController defaultController].directoryURLs.count, 0u);
+}
+
+TEST_F(PrincipalClass, RefreshesTheMonitoredFoldersWhoeverSaysThatTheSettingsChanged) {
+    [FIFinderSyncController defaultController].directoryURLs = [NSSet set];
+    postSettingsChanged(@"any sender", nil);
+    EXPECT_TRUE(runLoopUntil(
+        [] { return [FIFinderSyncController defaultController].directoryURLs.count > 0; }));
+}
+
+TEST_F(PrincipalClass, RefreshesTheMonitoredFoldersWhileTheCenterIsSuspended) {
+    NSDistributedNotificationCenter* center = [NSDistributedNotificationCenter defaultCenter];
+    [FIFinderSyncController defaultController].directoryURLs = [NSSet set];
+    center.suspended = YES;
+    [center postNotificationName:@"app.ferrolin.Quorva.SettingsChanged"
+                          object:nil
+                        userInfo:nil
+              deliverImmediately:NO];
+    EXPECT_TRUE(runLoopUntil(
+        [] { return [FIFinderSyncController defaultController].directoryURLs.count > 0; }));
+    center.suspended = NO;
 }

@@ -26,7 +26,7 @@ const PropertyList record =
 }  // namespace
 
 TEST(JSONSerialization, WritesEveryValueAsItIs) {
-    const auto data = jsonDataPrettyPrintedWithSortedKeys(record);
+    const auto data = quorva::platform::jsonDataPrettyPrintedWithSortedKeys(record);
     ASSERT_TRUE(data);
     const nlohmann::json expected = {{"title", "没有\n\"引号\" / \\ \U0001F600"},
                                      {"createdAt", 1763665000.123456},
@@ -41,14 +41,15 @@ TEST(JSONSerialization, WritesEveryValueAsItIs) {
 
 TEST(JSONSerialization, WritesTextsAndKeysWithANULWhole) {
     const std::string text = std::string("a") + '\0' + "b";
-    const auto data = jsonDataPrettyPrintedWithSortedKeys(PropertyList::Dictionary{{text, text}});
+    const auto data = quorva::platform::jsonDataPrettyPrintedWithSortedKeys(
+        PropertyList::Dictionary{{text, text}});
     ASSERT_TRUE(data);
     const nlohmann::json expected = {{text, text}};
     EXPECT_EQ(nlohmann::json::parse(::text(*data)), expected);
 }
 
 TEST(JSONSerialization, SortsTheKeysAndWritesAMemberALine) {
-    const auto data = jsonDataPrettyPrintedWithSortedKeys(record);
+    const auto data = quorva::platform::jsonDataPrettyPrintedWithSortedKeys(record);
     ASSERT_TRUE(data);
     std::size_t last = 0;
     for (const char* key :
@@ -65,7 +66,7 @@ TEST(JSONSerialization, FailsForWhatJSONHasNoFormFor) {
          {PropertyList(std::numeric_limits<double>::infinity()),
           PropertyList(std::numeric_limits<double>::quiet_NaN()),
           PropertyList(PropertyList::Date{0}), PropertyList(quorva::Data{})}) {
-        const auto data = jsonDataPrettyPrintedWithSortedKeys(
+        const auto data = quorva::platform::jsonDataPrettyPrintedWithSortedKeys(
             PropertyList::Dictionary{{"list", PropertyList::Array{value}}});
         ASSERT_FALSE(data);
         EXPECT_NE(data.error().localizedDescription, "");
@@ -73,5 +74,5 @@ TEST(JSONSerialization, FailsForWhatJSONHasNoFormFor) {
 }
 
 TEST(JSONSerialization, FailsForATextThatIsNoObject) {
-    EXPECT_FALSE(quorva::jsonDataPrettyPrintedWithSortedKeys("text"));
+    EXPECT_FALSE(quorva::platform::jsonDataPrettyPrintedWithSortedKeys("text"));
 }

@@ -9,7 +9,7 @@ using testing::ElementsAre;
 
 TEST(Logger, FillsInEveryField) {
     (void)takeRecordedRequests();
-    const quorva::Logger logger("app.ferrolin.Quorva.Tests", "FinderSync");
+    const quorva::platform::Logger logger("app.ferrolin.Quorva.Tests", "FinderSync");
     logger.menuRequested(2, -1, "/没有 %d", 14, true, "expanded");
     logger.menuRequested(0, 0, "nil", 0, false, "collapsed");
     logger.refreshedDirectories("settings-changed:%s", 30);

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #import <objc/runtime.h>
 
-#import "Cocoa/FinderActionContext.h"
+#import "Cocoa/FinderActionContextObject.h"
 #import "Cocoa/StringConversion.h"
 
 using quorva::Menu;
@@ -12,7 +12,7 @@ using quorva::PropertyList;
 
 namespace {
 
-using Context = std::shared_ptr<const quorva::FinderActionContext>;
+using Context = quorva::FinderActionContextPointer;
 
 Context someContext() {
     return std::make_shared<const quorva::FinderActionContext>(
@@ -142,7 +142,8 @@ TEST(MenuRendering, ReadsAnItemThatCarriesSomethingForeign) {
     item.representedObject = [NSDictionary
         dictionaryWithObjectsAndKeys:@"id", @"actionID", [NSNull null], @"title", nil];
     EXPECT_EQ(quorva::menuItem(item).representedObject,
-              quorva::RepresentedObject(PropertyList::Dictionary{{"actionID", "id"}}));
+              quorva::RepresentedObject(PropertyList::Dictionary{
+                  {"actionID", "id"}, {"title", PropertyList::Unsupported()}}));
 }
 
 TEST(MenuRendering, ReadsATitleThatIsNoUnicode) {

@@ -21,6 +21,14 @@ id nested(id object, std::size_t depth) {
     return object;
 }
 
+/// What lies in the arrays of `value`.
+PropertyList innermost(PropertyList value) {
+    while (value.array() != nullptr) {
+        value = value.array()->front();
+    }
+    return value;
+}
+
 }  // namespace
 
 TEST(PropertyListConversion, KeepsEveryTypeBothWays) {
@@ -59,29 +67,34 @@ TEST(PropertyListConversion, TellsBooleansFromNumbers) {
               PropertyList(18446744073709551615.0));
 }
 
-TEST(PropertyListConversion, FailsForWhatIsNoPropertyList) {
-    for (id object :
-         {static_cast<id>(nil), static_cast<id>([NSNull null]),
-          static_cast<id>([NSURL URLWithString:@"file:///"]),
-          static_cast<id>([NSArray arrayWithObject:[NSNull null]]),
-          static_cast<id>([NSDictionary dictionaryWithObject:@"a"
-                                                      forKey:[NSNumber numberWithInt:1]]),
-          static_cast<id>([NSDictionary dictionaryWithObject:[NSSet set] forKey:@"a"])}) {
-        const auto value = quorva::propertyList(object);
-        ASSERT_FALSE(value);
-        EXPECT_NE(value.error().localizedDescription, "");
-    }
+TEST(PropertyListConversion, ValueOfAnotherClassIsUnsupportedWhereItStands) {
+    const PropertyList unsupported = PropertyList::Unsupported();
+    EXPECT_EQ(quorva::propertyList(nil), unsupported);
+    EXPECT_EQ(quorva::propertyList([NSNull null]), unsupported);
+    EXPECT_EQ(quorva::propertyList([NSURL URLWithString:@"file:///"]), unsupported);
+    EXPECT_EQ(quorva::propertyList([NSArray arrayWithObjects:@"a", [NSNull null], nil]),
+              PropertyList(PropertyList::Array{"a", unsupported}));
+    EXPECT_EQ(quorva::propertyList([NSDictionary dictionaryWithObject:[NSSet set] forKey:@"a"]),
+              PropertyList(PropertyList::Dictionary{{"a", unsupported}}));
+}
+
+TEST(PropertyListConversion, DictionaryWithAKeyThatIsNotAStringIsUnsupportedWhereItStands) {
+    id dictionary = [NSDictionary dictionaryWithObject:@"a" forKey:[NSNumber numberWithInt:1]];
+    EXPECT_EQ(quorva::propertyList([NSArray arrayWithObject:dictionary]),
+              PropertyList(PropertyList::Array{PropertyList::Unsupported()}));
 }
 
 TEST(PropertyListConversion, ReadsToTheDepthLimitAndNoFurther) {
-    EXPECT_TRUE(quorva::propertyList(nested(@"a", quorva::propertyListDepthLimit - 1)));
-    EXPECT_FALSE(quorva::propertyList(nested(@"a", quorva::propertyListDepthLimit)));
+    EXPECT_EQ(innermost(*quorva::propertyList(nested(@"a", quorva::propertyListDepthLimit - 1))),
+              PropertyList("a"));
+    EXPECT_EQ(innermost(*quorva::propertyList(nested(@"a", quorva::propertyListDepthLimit))),
+              PropertyList(PropertyList::Unsupported()));
 }
 
 TEST(PropertyListConversion, EndsForACycle) {
     NSMutableArray* array = [NSMutableArray array];
     [array addObject:[NSArray arrayWithObject:array]];
-    EXPECT_FALSE(quorva::propertyList(array));
+    EXPECT_EQ(innermost(*quorva::propertyList(array)), PropertyList(PropertyList::Unsupported()));
     [array removeAllObjects];
 }
 
@@ -93,15 +106,19 @@ TEST(PropertyListConversion, EndsForSharedReferencesThatExplode) {
     EXPECT_FALSE(quorva::propertyList(object));
 }
 
-TEST(PropertyListEntries, LeavesOutWhatIsNoPropertyListAndKeepsTheOthers) {
+TEST(PropertyListEntries, KeepWhatIsUnsupportedBesideTheOthers) {
     NSDictionary* dictionary = [NSDictionary
         dictionaryWithObjectsAndKeys:@"settings", @"reason", [NSNull null], @"foreign",
                                      [NSArray arrayWithObject:[NSNull null]], @"list", nil];
-    EXPECT_EQ(propertyListEntries(dictionary), (PropertyList::Dictionary{{"reason", "settings"}}));
+    const PropertyList unsupported = PropertyList::Unsupported();
+    EXPECT_EQ(propertyListEntries(dictionary),
+              (PropertyList::Dictionary{{"reason", "settings"},
+                                        {"foreign", unsupported},
+                                        {"list", PropertyList::Array{unsupported}}}));
     EXPECT_EQ(propertyListEntries([NSDictionary dictionary]), PropertyList::Dictionary{});
 }
 
-TEST(PropertyListEntries, AreNothingForWhatIsNoDictionaryWithStringKeys) {
+TEST(PropertyListEntries, AreNothingForWhatIsNotADictionaryWithStringKeys) {
     EXPECT_EQ(propertyListEntries(nil), std::nullopt);
     EXPECT_EQ(propertyListEntries(@"text"), std::nullopt);
     NSDictionary* dictionary = [NSDictionary

@@ -8,7 +8,7 @@
 #include <random>
 
 using quorva::PropertyList;
-using quorva::propertyListWithData;
+using quorva::platform::propertyListWithData;
 
 /// The property lists that `PropertyLists.py` wrote.
 class WrittenPropertyLists : public testing::Test {
@@ -24,7 +24,9 @@ class WrittenPropertyLists : public testing::Test {
     static void TearDownTestSuite() { std::filesystem::remove_all(folder); }
 
     [[nodiscard]] static quorva::Data data(std::string_view name) {
-        return dataWithContentsOfURL(quorva::FileURL::file((folder / name).string())).value();
+        return quorva::platform::dataWithContentsOfRegularFile(
+                   quorva::FileURL::file((folder / name).string()), SIZE_MAX - 1)
+            .value();
     }
 
     static inline std::filesystem::path folder;

@@ -17,7 +17,7 @@ TEST(UUID, IsInCanonicalFormAndNeverTheSame) {
     const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
     std::set<std::string> seen;
     for (int count = 0; count < 1000; ++count) {
-        const std::string uuid = quorva::newUUIDString();
+        const std::string uuid = quorva::platform::newUUIDString();
         EXPECT_TRUE(std::regex_match(uuid, form)) << uuid;
         seen.insert(uuid);
     }
@@ -26,13 +26,13 @@ TEST(UUID, IsInCanonicalFormAndNeverTheSame) {
 
 TEST(Date, IsTheTimeOfTheSystemClock) {
     const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
-    EXPECT_NEAR(quorva::timeIntervalSince1970(), now.count(), 60);
+    EXPECT_NEAR(quorva::platform::timeIntervalSince1970(), now.count(), 60);
 }
 
 TEST(Console, TakesAnyText) {
     testing::internal::CaptureStderr();
-    quorva::logToConsole("QuorvaFinderExtension: 没有 %@ %s \U0001F600 \xFF end");
-    quorva::logToConsole("");
+    quorva::platform::logToConsole("QuorvaFinderExtension: 没有 %@ %s \U0001F600 \xFF end");
+    quorva::platform::logToConsole("");
     const std::string output = testing::internal::GetCapturedStderr();
     EXPECT_NE(output.find("QuorvaFinderExtension: 没有 %@ %s \U0001F600 \uFFFD end"),
               std::string::npos)
@@ -50,19 +50,19 @@ class Account : public testing::Test {
 TEST_F(Account, IsTheOneOfTheAccountDatabase) {
     const passwd* account = getpwuid(getuid());
     ASSERT_NE(account, nullptr);
-    EXPECT_EQ(quorva::userName(), account->pw_name);
-    EXPECT_EQ(quorva::homeDirectoryForUser(account->pw_name), account->pw_dir);
+    EXPECT_EQ(quorva::platform::userName(), account->pw_name);
+    EXPECT_EQ(quorva::platform::homeDirectoryForUser(account->pw_name), account->pw_dir);
 }
 
 TEST_F(Account, IsAbsentForAUserThatDoesNotExist) {
-    EXPECT_EQ(quorva::homeDirectoryForUser("no such user"), std::nullopt);
-    EXPECT_EQ(quorva::homeDirectoryForUser(""), std::nullopt);
+    EXPECT_EQ(quorva::platform::homeDirectoryForUser("no such user"), std::nullopt);
+    EXPECT_EQ(quorva::platform::homeDirectoryForUser(""), std::nullopt);
 }
 
 TEST_F(Account, IsTheOneThatTheSimulatorNames) {
     setenv("SIMULATOR_ACCOUNT_NAME", "阿达", 1);
     setenv("SIMULATOR_ACCOUNT_HOME", "/Users/阿达", 1);
-    EXPECT_EQ(quorva::userName(), "阿达");
-    EXPECT_EQ(quorva::homeDirectoryForUser("阿达"), "/Users/阿达");
-    EXPECT_EQ(quorva::homeDirectoryForUser("no such user"), std::nullopt);
+    EXPECT_EQ(quorva::platform::userName(), "阿达");
+    EXPECT_EQ(quorva::platform::homeDirectoryForUser("阿达"), "/Users/阿达");
+    EXPECT_EQ(quorva::platform::homeDirectoryForUser("no such user"), std::nullopt);
 }

@@ -46,12 +46,13 @@ class Application : public TemporaryFolder {
         auto promise = std::make_shared<std::promise<std::optional<quorva::Error>>>();
         auto thread = std::make_shared<std::thread::id>();
         auto future = promise->get_future();
-        openApplication(FileURL::directory(path("Sample.app").string()),
-                        {.activates = false, .addsToRecentItems = false},
-                        [promise, thread](const std::optional<quorva::Error>& error) {
-                            *thread = std::this_thread::get_id();
-                            promise->set_value(error);
-                        });
+        quorva::platform::openApplication(
+            FileURL::directory(path("Sample.app").string()),
+            {.activates = false, .addsToRecentItems = false},
+            [promise, thread](const std::optional<quorva::Error>& error) {
+                *thread = std::this_thread::get_id();
+                promise->set_value(error);
+            });
         const auto error = future.get();
         EXPECT_NE(*thread, std::this_thread::get_id());
         simulator::waitForLaunches(20);
@@ -68,7 +69,7 @@ TEST_F(Application, IsOpenedAsAsked) {
     EXPECT_EQ(opened[0].path, path("Sample.app").string());
     EXPECT_FALSE(opened[0].activates);
     EXPECT_FALSE(opened[0].addsToRecentItems);
-    EXPECT_EQ(quorva::runningApplicationCount(identifier()), 0u);
+    EXPECT_EQ(quorva::platform::runningApplicationCount(identifier()), 0u);
 }
 
 TEST_F(Application, FailsToOpenWithoutABundleOrAnExecutable) {
@@ -104,15 +105,16 @@ TEST_F(Application, RunsAndIsFoundUntilItEnds) {
     setenv("SIMULATOR_LAUNCH", "1", 1);
     // With nothing to read it ends at once, and leaves no process behind.
     EXPECT_EQ(open(), std::nullopt);
-    for (int wait = 0; wait < 200 && quorva::runningApplicationCount(identifier()) > 0; ++wait) {
+    for (int wait = 0; wait < 200 && quorva::platform::runningApplicationCount(identifier()) > 0;
+         ++wait) {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
-    EXPECT_EQ(quorva::runningApplicationCount(identifier()), 0u);
+    EXPECT_EQ(quorva::platform::runningApplicationCount(identifier()), 0u);
 }
 
 TEST_F(Application, IsCountedOncePerProcess) {
     writeBundle();
-    EXPECT_EQ(quorva::runningApplicationCount(identifier()), 0u);
+    EXPECT_EQ(quorva::platform::runningApplicationCount(identifier()), 0u);
     const std::string executable = path("Sample.app/Contents/MacOS/Sample").string();
     std::vector<pid_t> processes;
     for (int count = 1; count <= 2; ++count) {
@@ -123,14 +125,15 @@ TEST_F(Application, IsCountedOncePerProcess) {
         ASSERT_EQ(posix_spawn(&process, executable.c_str(), nullptr, nullptr, arguments, environ),
                   0);
         processes.push_back(process);
-        EXPECT_EQ(quorva::runningApplicationCount(identifier()), static_cast<std::size_t>(count));
+        EXPECT_EQ(quorva::platform::runningApplicationCount(identifier()),
+                  static_cast<std::size_t>(count));
     }
-    EXPECT_EQ(quorva::runningApplicationCount("app.ferrolin"), 0u);
+    EXPECT_EQ(quorva::platform::runningApplicationCount("app.ferrolin"), 0u);
     for (const pid_t process : processes) {
         kill(process, SIGKILL);
         waitpid(process, nullptr, 0);
     }
-    EXPECT_EQ(quorva::runningApplicationCount(identifier()), 0u);
+    EXPECT_EQ(quorva::platform::runningApplicationCount(identifier()), 0u);
 }
 
 TEST(OpenApplication, CompletesAfterTheCallerHasGone) {
@@ -138,8 +141,9 @@ TEST(OpenApplication, CompletesAfterTheCallerHasGone) {
     auto future = promise->get_future();
     {
         auto shared = std::make_shared<std::unique_ptr<std::promise<void>>>(std::move(promise));
-        openApplication(FileURL::directory("/nothing.app"), {true, true},
-                        [shared](const std::optional<quorva::Error>&) { (*shared)->set_value(); });
+        quorva::platform::openApplication(
+            FileURL::directory("/nothing.app"), {true, true},
+            [shared](const std::optional<quorva::Error>&) { (*shared)->set_value(); });
     }
     future.get();
     simulator::waitForLaunches(20);

@@ -10,8 +10,8 @@ int main(int argumentCount, char** arguments) {
     @autoreleasepool {
         // The bundle tests start a copy of this program from a bundle.
         if (argumentCount == 3 && std::string_view(arguments[1]) == "--describe-main-bundle") {
-            std::printf("%s\n%s\n%s\n", quorva::mainBundleURL().path().c_str(),
-                        quorva::localizedString(arguments[2]).c_str(),
+            std::printf("%s\n%s\n%s\n", quorva::platform::mainBundleURL().path().c_str(),
+                        quorva::platform::localizedString(arguments[2]).c_str(),
                         [[[NSBundle mainBundle].infoDictionary objectForKey:@"CFBundleIdentifier"]
                             UTF8String]);
             return 0;

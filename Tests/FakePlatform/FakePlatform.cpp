@@ -27,7 +27,7 @@ namespace fakePlatform {
 using quorva::Error;
 using quorva::FileURL;
 using quorva::PropertyList;
-using quorva::SearchPathDirectory;
+using quorva::platform::SearchPathDirectory;
 
 namespace {
 
@@ -184,6 +184,11 @@ Directory& State::putDirectory(const std::string& path) {
     return std::get<Directory>(entries.at(directory).content);
 }
 
+void State::putSpecialFile(const std::string& path) {
+    putDirectory(parentOf(path));
+    entries[path] = {.content = SpecialFile{}};
+}
+
 void State::putSymbolicLink(const std::string& path, const std::string& destination) {
     putDirectory(parentOf(path));
     entries[path] = {.content = SymbolicLink{.destination = destination}};
@@ -289,7 +294,7 @@ void reset() {
 
 }  // namespace fakePlatform
 
-namespace quorva {
+namespace quorva::platform {
 
 using fakePlatform::Directory;
 using fakePlatform::Entry;
@@ -362,8 +367,9 @@ void logToConsole(std::string_view message) {
     state().record(Event::Kind::consoleLine, std::string(message));
 }
 
-Result<Data> dataWithContentsOfURL(const FileURL& url) {
+Result<Data> dataWithContentsOfRegularFile(const FileURL& url, std::size_t byteLimit) {
     const Lock lock(fakePlatform::mutex);
+    ++state().reads[url.path()];
     if (std::optional<Error> error = state().failureOf(Operation::readFile, url.path())) {
         return std::unexpected(*error);
     }
@@ -374,6 +380,9 @@ Result<Data> dataWithContentsOfURL(const FileURL& url) {
     }
     if (!file->readable) {
         return noPermission(url.path());
+    }
+    if (file->contents.size() > byteLimit) {
+        return failure("The file " + url.path() + " is too large.");
     }
     return dataWithText(file->contents);
 }
@@ -416,22 +425,9 @@ void postDistributedNotification(std::string_view name) {
     state().record(Event::Kind::notificationPosted, std::string(name));
 }
 
-class FileHandle::Implementation {
- public:
-    std::string path;
-    std::size_t position = 0;
-};
-
-FileHandle::FileHandle(std::unique_ptr<Implementation> implementation)
-    : implementation_(std::move(implementation)) {}
-
-FileHandle::FileHandle(FileHandle&&) noexcept = default;
-FileHandle& FileHandle::operator=(FileHandle&&) noexcept = default;
-FileHandle::~FileHandle() = default;
-
-Result<FileHandle> FileHandle::forWritingToURL(const FileURL& url) {
+Result<FileHandle> FileHandle::forAppendingToURL(const FileURL& url) {
     const Lock lock(fakePlatform::mutex);
-    if (std::optional<Error> error = state().failureOf(Operation::openForWriting, url.path())) {
+    if (std::optional<Error> error = state().failureOf(Operation::openForAppending, url.path())) {
         return std::unexpected(*error);
     }
     const Entry* const entry = state().find(url.path());
@@ -442,42 +438,34 @@ Result<FileHandle> FileHandle::forWritingToURL(const FileURL& url) {
     if (!file->writable) {
         return noPermission(url.path());
     }
-    auto implementation = std::make_unique<Implementation>();
-    implementation->path = url.path();
-    return FileHandle(std::move(implementation));
+    state().openedFiles.push_back(url.path());
+    return FileHandle(static_cast<int>(state().openedFiles.size()) - 1);
 }
 
-Result<void> FileHandle::seekToEnd() {
+FileHandle::FileHandle(FileHandle&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+FileHandle::~FileHandle() = default;
+
+std::optional<char> FileHandle::lastByte() const {
     const Lock lock(fakePlatform::mutex);
-    if (std::optional<Error> error =
-            state().failureOf(Operation::seekToEnd, implementation_->path)) {
-        return std::unexpected(*error);
-    }
-    implementation_->position =
-        std::get<File>(state().find(implementation_->path)->content).contents.size();
-    return {};
+    const File& file = std::get<File>(
+        state().find(state().openedFiles[static_cast<std::size_t>(descriptor_)])->content);
+    return file.readable && !file.contents.empty() ? std::optional(file.contents.back())
+                                                   : std::nullopt;
 }
 
 Result<void> FileHandle::write(std::string_view bytes) {
     const Lock lock(fakePlatform::mutex);
-    if (std::optional<Error> error =
-            state().failureOf(Operation::writeToHandle, implementation_->path)) {
+    const std::string path = state().openedFiles[static_cast<std::size_t>(descriptor_)];
+    std::string& contents = std::get<File>(state().find(path)->content).contents;
+    if (std::optional<Error> error = state().failureOf(Operation::writeToHandle, path)) {
+        // A full disk takes what it has room for.
+        contents += bytes.substr(0, bytes.size() / 2);
         return std::unexpected(*error);
     }
-    std::string& contents = std::get<File>(state().find(implementation_->path)->content).contents;
-    contents.replace(implementation_->position,
-                     std::min(bytes.size(), contents.size() - implementation_->position), bytes);
-    implementation_->position += bytes.size();
-    state().record(Event::Kind::fileAppended, implementation_->path);
-    return {};
-}
-
-Result<void> FileHandle::close() {
-    const Lock lock(fakePlatform::mutex);
-    if (std::optional<Error> error =
-            state().failureOf(Operation::closeHandle, implementation_->path)) {
-        return std::unexpected(*error);
-    }
+    contents += bytes;
+    state().record(Event::Kind::fileAppended, path);
     return {};
 }
 
@@ -701,4 +689,4 @@ void openApplication(const FileURL& url, const OpenConfiguration& configuration,
     state().record(Event::Kind::applicationOpened, url.path());
 }
 
-}  // namespace quorva
+}  // namespace quorva::platform

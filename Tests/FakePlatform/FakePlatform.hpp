@@ -32,10 +32,8 @@ enum class Operation {
     readFile,
     parsePropertyList,
     writeAtomically,
-    openForWriting,
-    seekToEnd,
+    openForAppending,
     writeToHandle,
-    closeHandle,
     createDirectory,
     listDirectory,
     lookUpApplicationSupport,
@@ -66,9 +64,12 @@ struct SymbolicLink {
     std::string destination;
 };
 
+/// A pipe, a device or a socket: there, but not a regular file.
+struct SpecialFile {};
+
 /// What stands at a path.
 struct Entry {
-    std::variant<File, Directory, SymbolicLink> content;
+    std::variant<File, Directory, SymbolicLink, SpecialFile> content;
     /// Hidden by attribute. A name that starts with a dot is hidden whatever this says.
     bool hidden = false;
 };
@@ -114,7 +115,7 @@ struct UnifiedLogRecord {
 /// thread it likes.
 struct Launch {
     quorva::FileURL url;
-    quorva::OpenConfiguration configuration;
+    quorva::platform::OpenConfiguration configuration;
     std::function<void(const std::optional<quorva::Error>&)> completion;
 };
 
@@ -137,7 +138,8 @@ struct State {
     std::map<std::string, Entry> entries;
     std::vector<Failure> failures;
     quorva::FileURL homeDirectory;
-    std::map<quorva::SearchPathDirectory, std::vector<quorva::FileURL>> standardDirectories;
+    std::map<quorva::platform::SearchPathDirectory, std::vector<quorva::FileURL>>
+        standardDirectories;
     std::string userName;
     std::map<std::string, std::string> homeDirectoriesByUserName;
     std::map<std::string, std::string, std::less<>> translations;
@@ -175,6 +177,8 @@ struct State {
     /// Puts a directory at `path`, with those above it.
     Directory& putDirectory(const std::string& path);
 
+    void putSpecialFile(const std::string& path);
+
     void putSymbolicLink(const std::string& path, const std::string& destination);
 
     /// Makes `operation` report `description`, at `path` or everywhere.
@@ -201,6 +205,10 @@ struct State {
     [[nodiscard]] std::string resolvingLinks(const std::string& path) const;
     void record(Event::Kind kind, std::string text);
 
+    /// How often the file at a path was read.
+    std::map<std::string, int> reads;
+    /// The paths of the files that were opened for appending; a handle's descriptor is an index.
+    std::vector<std::string> openedFiles;
     std::map<std::string, quorva::PropertyList> propertyListsByContents;
     std::size_t uuidCount = 0;
 };

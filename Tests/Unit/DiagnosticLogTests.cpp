@@ -58,9 +58,9 @@ TEST_F(DiagnosticLogTest, TheDateIsTakenOnceForALine) {
     EXPECT_EQ(temporaryLog(), stamp + "x\n[2026-11-16 01:06:18 +0000] y\n");
 }
 
-TEST_F(DiagnosticLogTest, ConsoleGetsTheMessageBehindTheExtensionsName) {
+TEST_F(DiagnosticLogTest, ConsoleGetsTheMessageAlone) {
     appendDiagnosticLog("started");
-    EXPECT_THAT(platform().consoleLines, ElementsAre("QuorvaFinderExtension: started"));
+    EXPECT_THAT(platform().consoleLines, ElementsAre("started"));
 }
 
 TEST_F(DiagnosticLogTest, EachLineIsOneWrite) {
@@ -165,24 +165,29 @@ TEST_F(DiagnosticLogTest, FailureOfOneFileDoesNotKeepTheLineFromTheOther) {
     }
 }
 
-TEST_F(DiagnosticLogTest, FailureToSeekOrWriteLeavesTheFileInPlaceAndIsIgnored) {
+TEST_F(DiagnosticLogTest, LineAfterATornOneBeginsOnALineOfItsOwn) {
     platform().putFile(temporaryLogPath, "before\n");
     platform().fail(Operation::writeToHandle, "no space", temporaryLogPath);
-    appendDiagnosticLog("x");
-    EXPECT_EQ(temporaryLog(), "before\n");
-    EXPECT_EQ(containerLog(), stamp + "x\n");
+    appendDiagnosticLog("torn");
+    const std::string torn = *temporaryLog();
+    EXPECT_TRUE(torn.starts_with("before\n[2026"));
+    EXPECT_FALSE(torn.ends_with('\n'));
+    EXPECT_EQ(containerLog(), stamp + "torn\n");
+    platform().failures.clear();
+    appendDiagnosticLog("whole");
+    EXPECT_EQ(temporaryLog(), torn + "\n" + stamp + "whole\n");
+    EXPECT_EQ(containerLog(), stamp + "torn\n" + stamp + "whole\n");
 }
 
-TEST_F(DiagnosticLogTest, FailureToSeekDoesNotKeepTheLineFromBeingWritten) {
-    platform().putFile(temporaryLogPath, "");
-    platform().fail(Operation::seekToEnd);
+TEST_F(DiagnosticLogTest, LogThatMayBeWrittenButNotReadIsAppendedTo) {
+    platform().putFile(temporaryLogPath, "before\n").readable = false;
     appendDiagnosticLog("x");
-    EXPECT_EQ(temporaryLog(), stamp + "x\n");
+    EXPECT_EQ(temporaryLog(), "before\n" + stamp + "x\n");
 }
 
-TEST_F(DiagnosticLogTest, FailureToCloseIsIgnored) {
-    platform().putFile(temporaryLogPath, "");
-    platform().fail(Operation::closeHandle);
+TEST_F(DiagnosticLogTest, PipeOrDeviceInPlaceOfALogIsReplaced) {
+    platform().putSpecialFile(temporaryLogPath);
+    platform().putSpecialFile(containerLogPath);
     appendDiagnosticLog("x");
     EXPECT_EQ(temporaryLog(), stamp + "x\n");
     EXPECT_EQ(containerLog(), stamp + "x\n");
@@ -223,7 +228,7 @@ TEST_F(DiagnosticLogTest, FolderInPlaceOfALogIsLeftAlone) {
 TEST_F(DiagnosticLogTest, ExhaustedMemoryEndsNothing) {
     for (const Operation operation :
          {Operation::logToConsole, Operation::readClock, Operation::lookUpApplicationSupport,
-          Operation::openForWriting, Operation::writeAtomically}) {
+          Operation::openForAppending, Operation::writeAtomically}) {
         fakePlatform::reset();
         platform().putFile(temporaryLogPath, "");
         platform().raise(operation, outOfMemory);

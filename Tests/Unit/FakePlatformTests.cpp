@@ -11,7 +11,7 @@
 
 // The tests of the core are worth what the platform under them is worth.
 
-namespace quorva {
+namespace quorva::platform {
 namespace {
 
 using fakePlatform::Operation;
@@ -21,11 +21,11 @@ using FakePlatformTest = UnitTest;
 
 TEST_F(FakePlatformTest, FileIsReadAsItWasPut) {
     platform().putFile("/a/b", "text");
-    EXPECT_EQ(dataWithContentsOfURL(FileURL::file("/a/b")), dataWithText("text"));
-    EXPECT_FALSE(dataWithContentsOfURL(FileURL::file("/a")).has_value());
-    EXPECT_FALSE(dataWithContentsOfURL(FileURL::file("/a/c")).has_value());
+    EXPECT_EQ(dataWithContentsOfRegularFile(FileURL::file("/a/b"), 1000), dataWithText("text"));
+    EXPECT_FALSE(dataWithContentsOfRegularFile(FileURL::file("/a"), 1000).has_value());
+    EXPECT_FALSE(dataWithContentsOfRegularFile(FileURL::file("/a/c"), 1000).has_value());
     platform().putFile("/a/b", "text").readable = false;
-    EXPECT_FALSE(dataWithContentsOfURL(FileURL::file("/a/b")).has_value());
+    EXPECT_FALSE(dataWithContentsOfRegularFile(FileURL::file("/a/b"), 1000).has_value());
 }
 
 TEST_F(FakePlatformTest, AtomicWriteNeedsAWritableFolderAndReplacesAnyFile) {
@@ -38,20 +38,23 @@ TEST_F(FakePlatformTest, AtomicWriteNeedsAWritableFolderAndReplacesAnyFile) {
     EXPECT_FALSE(writeDataAtomically({}, FileURL::file("/tmp/a")).has_value());
 }
 
-TEST_F(FakePlatformTest, HandleWritesAtItsPositionAndTruncatesNothing) {
-    platform().putFile("/tmp/a", "123456");
-    Result<FileHandle> handle = FileHandle::forWritingToURL(FileURL::file("/tmp/a"));
+TEST_F(FakePlatformTest, HandleAppendsToARegularFileThatMayBeWritten) {
+    platform().putFile("/tmp/a", "1");
+    Result<FileHandle> handle = FileHandle::forAppendingToURL(FileURL::file("/tmp/a"));
     ASSERT_TRUE(handle.has_value());
+    EXPECT_EQ(handle->lastByte(), '1');
+    platform().putFile("/tmp/a", "123");
     EXPECT_TRUE(handle->write("ab").has_value());
-    EXPECT_EQ(platform().contents("/tmp/a"), "ab3456");
-    EXPECT_TRUE(handle->seekToEnd().has_value());
-    EXPECT_TRUE(handle->write("cd").has_value());
-    EXPECT_TRUE(handle->close().has_value());
-    EXPECT_EQ(platform().contents("/tmp/a"), "ab3456cd");
-    EXPECT_FALSE(FileHandle::forWritingToURL(FileURL::file("/tmp")).has_value());
-    EXPECT_FALSE(FileHandle::forWritingToURL(FileURL::file("/tmp/b")).has_value());
+    EXPECT_EQ(platform().contents("/tmp/a"), "123ab");
+    EXPECT_EQ(handle->lastByte(), 'b');
+    platform().putFile("/tmp/a", "");
+    EXPECT_EQ(handle->lastByte(), std::nullopt);
+    platform().putSpecialFile("/tmp/pipe");
+    for (const char* const path : {"/tmp", "/tmp/b", "/tmp/pipe"}) {
+        EXPECT_FALSE(FileHandle::forAppendingToURL(FileURL::file(path)).has_value()) << path;
+    }
     platform().putFile("/tmp/a", "").writable = false;
-    EXPECT_FALSE(FileHandle::forWritingToURL(FileURL::file("/tmp/a")).has_value());
+    EXPECT_FALSE(FileHandle::forAppendingToURL(FileURL::file("/tmp/a")).has_value());
 }
 
 TEST_F(FakePlatformTest, DirectoriesAreCreatedUnlessAFileIsInTheWay) {
@@ -105,7 +108,7 @@ TEST_F(FakePlatformTest, OnlyWhatWasPutAsAPropertyListParsesAsOne) {
     platform().putPropertyList("/tmp/a", texts({{"k", "v"}}));
     platform().putPropertyList("/tmp/b", "text");
     const auto parsed = [](const char* path) {
-        return propertyListWithData(*dataWithContentsOfURL(FileURL::file(path)));
+        return propertyListWithData(*dataWithContentsOfRegularFile(FileURL::file(path), 1000));
     };
     EXPECT_TRUE(parsed("/tmp/a") == texts({{"k", "v"}}));
     EXPECT_TRUE(parsed("/tmp/b") == PropertyList("text"));
@@ -129,10 +132,10 @@ TEST_F(FakePlatformTest, FailuresStrikeAtTheirPathOrEverywhere) {
     platform().putFile("/tmp/a", "");
     platform().putFile("/tmp/b", "");
     platform().fail(Operation::readFile, "why", "/tmp/a");
-    EXPECT_EQ(dataWithContentsOfURL(FileURL::file("/tmp/a")).error(), Error{"why"});
-    EXPECT_TRUE(dataWithContentsOfURL(FileURL::file("/tmp/b")).has_value());
+    EXPECT_EQ(dataWithContentsOfRegularFile(FileURL::file("/tmp/a"), 1000).error(), Error{"why"});
+    EXPECT_TRUE(dataWithContentsOfRegularFile(FileURL::file("/tmp/b"), 1000).has_value());
     platform().fail(Operation::readFile, "too");
-    EXPECT_EQ(dataWithContentsOfURL(FileURL::file("/tmp/b")).error(), Error{"too"});
+    EXPECT_EQ(dataWithContentsOfRegularFile(FileURL::file("/tmp/b"), 1000).error(), Error{"too"});
     platform().raise(Operation::localizeString, outOfMemory);
     EXPECT_THROW((void)localizedString("x"), std::bad_alloc);
 }
@@ -153,4 +156,4 @@ TEST_F(FakePlatformTest, ResetGivesANewMachine) {
 }
 
 }  // namespace
-}  // namespace quorva
+}  // namespace quorva::platform

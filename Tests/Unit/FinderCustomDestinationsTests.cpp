@@ -94,8 +94,8 @@ TEST_F(FinderCustomDestinationsTest, ApplicationMayBeInstalledAsAPlainFile) {
 }
 
 TEST_F(FinderCustomDestinationsTest, StandardDirectoriesThatThePlatformDoesNotKnowAreLeftOut) {
-    platform().standardDirectories[SearchPathDirectory::downloads].clear();
-    platform().standardDirectories[SearchPathDirectory::pictures].clear();
+    platform().standardDirectories[platform::SearchPathDirectory::downloads].clear();
+    platform().standardDirectories[platform::SearchPathDirectory::pictures].clear();
     EXPECT_THAT(destinations(Kind::copy), ElementsAre(desktop, documents));
     EXPECT_THAT(destinations(Kind::quickOpen), ElementsAre(home, desktop, documents, applications));
     platform().standardDirectories.clear();
@@ -104,7 +104,7 @@ TEST_F(FinderCustomDestinationsTest, StandardDirectoriesThatThePlatformDoesNotKn
 }
 
 TEST_F(FinderCustomDestinationsTest, FirstURLOfAStandardDirectoryCounts) {
-    platform().standardDirectories[SearchPathDirectory::desktop] = {
+    platform().standardDirectories[platform::SearchPathDirectory::desktop] = {
         FileURL::directory("/Volumes/Big/Desktop"), FileURL::directory("/Users/ada/Desktop")};
     EXPECT_EQ(destinations(Kind::copy).front().path, "/Volumes/Big/Desktop");
 }

@@ -23,7 +23,7 @@ using Action = FinderFeatureAction;
 class FinderMenuActionHandlerTest : public UnitTest {
  protected:
     static void click(const MenuItem& item) {
-        FinderMenuActionHandler::shared().performFeatureChild(item);
+        FinderMenuActionHandler::shared().performFeatureChild(item, Menu{});
     }
 
     static MenuItem titled(const std::string& title) {
@@ -208,8 +208,8 @@ class ClickRoutesTest : public FinderMenuActionHandlerTest {
         const std::vector<FinderFeature> features(allFinderFeatures.begin(),
                                                   allFinderFeatures.end());
         std::vector<MenuItem> items;
-        collect(featureMenuItems(FinderFeatureSettings::menuSettings(), features, selection,
-                                 platform().targetedURL),
+        collect(featureMenuItems(request(selection, platform().targetedURL),
+                                 FinderFeatureSettings::menuSettings(), features),
                 items);
         const auto found = std::ranges::find(items, title, &MenuItem::title);
         EXPECT_NE(found, items.end()) << title;
@@ -471,13 +471,14 @@ TEST_F(FinderMenuActionHandlerTest, ApplicationThreeLevelsAboveTheBundleIsOpened
     ASSERT_THAT(platform().launches, SizeIs(1));
     EXPECT_EQ(platform().launches.front().url.path(), "/Volumes/Big/Q 2.app");
     EXPECT_EQ(platform().launches.front().configuration,
-              (OpenConfiguration{.activates = false, .addsToRecentItems = false}));
+              (platform::OpenConfiguration{.activates = false, .addsToRecentItems = false}));
 }
 
 TEST_F(FinderMenuActionHandlerTest, OpenConfigurationsAreComparedByEveryField) {
-    expectEveryFieldCounts<OpenConfiguration>({.activates = false, .addsToRecentItems = false},
-                                              {{.activates = true, .addsToRecentItems = false},
-                                               {.activates = false, .addsToRecentItems = true}});
+    expectEveryFieldCounts<platform::OpenConfiguration>(
+        {.activates = false, .addsToRecentItems = false},
+        {{.activates = true, .addsToRecentItems = false},
+         {.activates = false, .addsToRecentItems = true}});
 }
 
 TEST_F(FinderMenuActionHandlerTest, SuccessfulLaunchLogsNothing) {
@@ -522,6 +523,47 @@ TEST_F(FinderMenuActionHandlerTest, CompletionOutlivesTheClickedItem) {
     platform().launches.clear();
     std::thread([&completion] { completion(Error{"late"}); }).join();
     EXPECT_THAT(messages(), Contains("failed to open app: late"));
+}
+
+// Memory that runs out.
+
+TEST_F(FinderMenuActionHandlerTest, ClickThatFailsBeforeTheRecordFailsAndHandsNothingOver) {
+    for (const Operation operation :
+         {Operation::readSelection, Operation::localizeString, Operation::readFile,
+          Operation::generateUUID, Operation::readClock}) {
+        fakePlatform::reset();
+        platform().raise(operation, outOfMemory);
+        const MenuItem item = titled("复制完整路径");
+        // The log reads the clock too, and does without the line.
+        EXPECT_THROW(click(item), std::bad_alloc);
+        EXPECT_THAT(records(), IsEmpty());
+        EXPECT_THAT(platform().notifications, IsEmpty());
+        EXPECT_THAT(platform().launches, IsEmpty());
+    }
+}
+
+TEST_F(FinderMenuActionHandlerTest, ClickWhoseRecordIsWrittenDoesNotFail) {
+    struct Row {
+        Operation operation;
+        const char* lastMessage;
+        std::size_t notifications;
+        std::size_t launches;
+    };
+    for (const Row& row :
+         {Row{Operation::postNotification, "announcing the record failed: std::bad_alloc", 0, 1},
+          Row{Operation::countRunningApplications,
+              "opening the containing application failed: std::bad_alloc", 1, 0},
+          Row{Operation::openApplication,
+              "opening the containing application failed: std::bad_alloc", 1, 0}}) {
+        fakePlatform::reset();
+        platform().raise(row.operation, outOfMemory);
+        EXPECT_NO_THROW(click(titled("复制完整路径")));
+        EXPECT_THAT(records(), SizeIs(1));
+        EXPECT_THAT(messages(), Contains("queued action: copyFullPath"));
+        EXPECT_EQ(messages().back(), row.lastMessage);
+        EXPECT_THAT(platform().notifications, SizeIs(row.notifications));
+        EXPECT_THAT(platform().launches, SizeIs(row.launches));
+    }
 }
 
 }  // namespace

@@ -53,7 +53,7 @@ class FinderSyncMenusTest : public UnitTest {
     static Menu submenu(FinderFeature feature, const FinderSelection& selection = twoSelected,
                         const std::optional<FileURL>& targetedURL = target) {
         const std::vector<MenuItem> items =
-            featureMenuItems(everything(), {feature}, selection, targetedURL);
+            featureMenuItems(request(selection, targetedURL), everything(), {feature});
         EXPECT_THAT(items, SizeIs(1));
         return items.front().submenu.value_or(Menu{});
     }
@@ -71,7 +71,7 @@ class FinderSyncMenusTest : public UnitTest {
     static std::vector<MenuItem> direct(FinderFeature feature,
                                         const FinderSelection& selection = twoSelected,
                                         const std::optional<FileURL>& targetedURL = target) {
-        return directMenuItems(feature, children(feature), selection, targetedURL);
+        return directMenuItems(request(selection, targetedURL), feature, children(feature));
     }
 };
 
@@ -107,10 +107,10 @@ TEST_F(FinderSyncMenusTest, CaseOfTheActionDecidesWhenItIsEnabled) {
     };
     for (const EnabledRow& row : rows) {
         SCOPED_TRACE(static_cast<int>(row.action.actionCase()));
-        EXPECT_EQ(isEnabled(row.action, noSelection, noTarget), row.withNothing);
-        EXPECT_EQ(isEnabled(row.action, noSelection, target), row.withTarget);
-        EXPECT_EQ(isEnabled(row.action, twoSelected, noTarget), row.withSelection);
-        EXPECT_EQ(isEnabled(row.action, twoSelected, target), row.withSelection);
+        EXPECT_EQ(isEnabled(row.action, request(noSelection, noTarget)), row.withNothing);
+        EXPECT_EQ(isEnabled(row.action, request(noSelection, target)), row.withTarget);
+        EXPECT_EQ(isEnabled(row.action, request(twoSelected, noTarget)), row.withSelection);
+        EXPECT_EQ(isEnabled(row.action, request(twoSelected, target)), row.withSelection);
     }
 }
 
@@ -151,19 +151,19 @@ TEST_F(FinderSyncMenusTest, LinkToABuiltInDestinationIsNotBuiltIn) {
 }
 
 TEST_F(FinderSyncMenusTest, UserHasDestinationsWhenOneIsNotBuiltIn) {
-    EXPECT_FALSE(hasCustomDestinationItems(Kind::copy));
-    EXPECT_FALSE(hasCustomDestinationItems(Kind::move));
+    EXPECT_FALSE(hasCustomDestinationItems(request(), Kind::copy));
+    EXPECT_FALSE(hasCustomDestinationItems(request(), Kind::move));
     putDestinations("copy", {destination("d", "D", "/Users/ada/Desktop"),
                              destination("e", "E", "/Users/ada/Documents")});
-    EXPECT_FALSE(hasCustomDestinationItems(Kind::copy));
+    EXPECT_FALSE(hasCustomDestinationItems(request(), Kind::copy));
     putDestinations("copy", {});
-    EXPECT_FALSE(hasCustomDestinationItems(Kind::copy));
+    EXPECT_FALSE(hasCustomDestinationItems(request(), Kind::copy));
     putDestinations("copy",
                     {destination("d", "D", "/Users/ada/Desktop"), destination("p", "P", "/p")});
-    EXPECT_TRUE(hasCustomDestinationItems(Kind::copy));
-    EXPECT_FALSE(hasCustomDestinationItems(Kind::move));
+    EXPECT_TRUE(hasCustomDestinationItems(request(), Kind::copy));
+    EXPECT_FALSE(hasCustomDestinationItems(request(), Kind::move));
     putDestinations("move", {destination("p", "P", "/p")});
-    EXPECT_TRUE(hasCustomDestinationItems(Kind::move));
+    EXPECT_TRUE(hasCustomDestinationItems(request(), Kind::move));
 }
 
 // Destination submenus.
@@ -173,7 +173,7 @@ TEST_F(FinderSyncMenusTest, CopyDestinationsAreTitledAndCarryTheirPaths) {
                     {destination("1", "项目", "/p"), destination("2", "D", "/Users/ada/Desktop"),
                      destination("3", "", "relative/")});
     Menu menu;
-    addDestinationItems(menu, "copyFilesToFolder", Kind::copy, twoSelected, target);
+    addDestinationItems(menu, request(twoSelected, target), "copyFilesToFolder", Kind::copy);
     EXPECT_THAT(titles(menu.items), ElementsAre("复制到项目", "复制到"));
     EXPECT_EQ(*attachedContext(menu.items.at(0)),
               context("copyFilesToFolder", "复制到项目", Action::copyToFolder(), "/p"));
@@ -189,7 +189,7 @@ TEST_F(FinderSyncMenusTest, CopyDestinationsAreTitledAndCarryTheirPaths) {
 TEST_F(FinderSyncMenusTest, MoveDestinationsAreTitledAndCarryTheirPaths) {
     putDestinations("move", {destination("1", "项目", "/p")});
     Menu menu;
-    addDestinationItems(menu, "moveFilesToFolder", Kind::move, twoSelected, target);
+    addDestinationItems(menu, request(twoSelected, target), "moveFilesToFolder", Kind::move);
     ASSERT_THAT(titles(menu.items), ElementsAre("移动到项目"));
     EXPECT_EQ(*attachedContext(menu.items.front()),
               context("moveFilesToFolder", "移动到项目", Action::moveToFolder(), "/p"));
@@ -199,21 +199,21 @@ TEST_F(FinderSyncMenusTest, PrefixOfADestinationsTitleIsLocalisedAndItsNameIsNot
     platform().translations = {{"复制到", "Copy to "}, {"移动到", "Move to "}, {"项目", "x"}};
     putDestinations("copy", {destination("1", "项目", "/p")});
     Menu menu;
-    addDestinationItems(menu, "copyFilesToFolder", Kind::copy, noSelection, noTarget);
+    addDestinationItems(menu, request(noSelection, noTarget), "copyFilesToFolder", Kind::copy);
     putDestinations("move", {destination("1", "项目", "/p")});
-    addDestinationItems(menu, "moveFilesToFolder", Kind::move, noSelection, noTarget);
+    addDestinationItems(menu, request(noSelection, noTarget), "moveFilesToFolder", Kind::move);
     EXPECT_THAT(titles(menu.items), ElementsAre("Copy to 项目", "Move to 项目"));
 }
 
 TEST_F(FinderSyncMenusTest, OtherKindsGiveTheNameAloneAndMove) {
     putDestinations("quickOpen", {destination("1", "项目", "/Users/ada/Desktop")});
     Menu menu;
-    addDestinationItems(menu, "x", Kind::quickOpen, twoSelected, target);
+    addDestinationItems(menu, request(twoSelected, target), "x", Kind::quickOpen);
     ASSERT_THAT(titles(menu.items), ElementsAre("项目"));
     EXPECT_EQ(*attachedContext(menu.items.front()),
               context("x", "项目", Action::moveToFolder(), "/Users/ada/Desktop"));
     putDestinations("openApplication", {destination("1", "应用", "/x.app")});
-    addDestinationItems(menu, "x", Kind::openApplication, twoSelected, target);
+    addDestinationItems(menu, request(twoSelected, target), "x", Kind::openApplication);
     EXPECT_THAT(titles(menu.items), ElementsAre("项目", "应用"));
     EXPECT_EQ(attachedContext(menu.items.back())->action(), Action::moveToFolder());
 }
@@ -221,17 +221,17 @@ TEST_F(FinderSyncMenusTest, OtherKindsGiveTheNameAloneAndMove) {
 TEST_F(FinderSyncMenusTest, WithoutUsersDestinationsTheMenuIsNotTouched) {
     Menu menu = {.title = "t", .items = {MenuItem::separator()}};
     const Menu before = menu;
-    addDestinationItems(menu, "copyFilesToFolder", Kind::copy, twoSelected, target);
-    addDestinationItems(menu, "moveFilesToFolder", Kind::move, twoSelected, target);
+    addDestinationItems(menu, request(twoSelected, target), "copyFilesToFolder", Kind::copy);
+    addDestinationItems(menu, request(twoSelected, target), "moveFilesToFolder", Kind::move);
     putDestinations("copy", {});
-    addDestinationItems(menu, "copyFilesToFolder", Kind::copy, twoSelected, target);
+    addDestinationItems(menu, request(twoSelected, target), "copyFilesToFolder", Kind::copy);
     EXPECT_EQ(menu, before);
 }
 
 TEST_F(FinderSyncMenusTest, DestinationsAreAppendedBehindWhatTheMenuHolds) {
     putDestinations("copy", {destination("1", "项目", "/p")});
     Menu menu = {.title = "t", .items = {MenuItem::separator()}};
-    addDestinationItems(menu, "copyFilesToFolder", Kind::copy, twoSelected, target);
+    addDestinationItems(menu, request(twoSelected, target), "copyFilesToFolder", Kind::copy);
     EXPECT_THAT(titles(menu.items), ElementsAre("-", "复制到项目"));
     EXPECT_EQ(menu.title, "t");
 }
@@ -241,13 +241,13 @@ TEST_F(FinderSyncMenusTest, FourIdentifiersEnableADestinationWhateverIsSelected)
     for (const char* const id :
          {"copyFilesToPath", "moveFilesToPath", "copyFilesToFolder", "moveFilesToFolder"}) {
         Menu menu;
-        addDestinationItems(menu, id, Kind::copy, noSelection, noTarget);
+        addDestinationItems(menu, request(noSelection, noTarget), id, Kind::copy);
         EXPECT_TRUE(menu.items.front().enabled) << id;
     }
     for (const char* const id : {"copyFilesToDesktop", "", "CopyFilesToFolder", "moveFiles"}) {
         Menu menu;
-        addDestinationItems(menu, id, Kind::copy, noSelection, target);
-        addDestinationItems(menu, id, Kind::copy, twoSelected, noTarget);
+        addDestinationItems(menu, request(noSelection, target), id, Kind::copy);
+        addDestinationItems(menu, request(twoSelected, noTarget), id, Kind::copy);
         EXPECT_FALSE(menu.items.front().enabled) << id;
         EXPECT_TRUE(menu.items.back().enabled) << id;
     }
@@ -257,7 +257,7 @@ TEST_F(FinderSyncMenusTest, FourIdentifiersEnableADestinationWhateverIsSelected)
 
 TEST_F(FinderSyncMenusTest, QuickOpenListsTheLocationsThenTheEntriesThatAskForAPath) {
     const std::vector<MenuItem> items =
-        quickOpenMenuItems(children(FinderFeature::quickOpen), twoSelected, target);
+        quickOpenMenuItems(request(twoSelected, target), children(FinderFeature::quickOpen));
     EXPECT_THAT(titles(items), ElementsAre("用户目录", "桌面", "下载", "文稿", "图片", "应用程序",
                                            "打开剪贴板路径", "打开指定路径..."));
     EXPECT_EQ(*attachedContext(items.at(0)),
@@ -278,7 +278,7 @@ TEST_F(FinderSyncMenusTest, QuickOpenListsTheLocationsThenTheEntriesThatAskForAP
 
 TEST_F(FinderSyncMenusTest, QuickOpenItemsAreEnabledWithNothingSelected) {
     for (const MenuItem& item :
-         quickOpenMenuItems(children(FinderFeature::quickOpen), noSelection, noTarget)) {
+         quickOpenMenuItems(request(noSelection, noTarget), children(FinderFeature::quickOpen))) {
         EXPECT_TRUE(item.enabled) << item.title;
     }
 }
@@ -287,16 +287,16 @@ TEST_F(FinderSyncMenusTest, QuickOpenKeepsTheOrderOfItsChildren) {
     std::vector<FinderFeatureChild> reversed = children(FinderFeature::quickOpen);
     std::ranges::reverse(reversed);
     putDestinations("quickOpen", {});
-    EXPECT_THAT(titles(quickOpenMenuItems(reversed, noSelection, noTarget)),
+    EXPECT_THAT(titles(quickOpenMenuItems(request(noSelection, noTarget), reversed)),
                 ElementsAre("打开指定路径...", "打开剪贴板路径"));
     reversed.push_back(reversed.front());
-    EXPECT_THAT(titles(quickOpenMenuItems(reversed, noSelection, noTarget)),
+    EXPECT_THAT(titles(quickOpenMenuItems(request(noSelection, noTarget), reversed)),
                 ElementsAre("打开指定路径...", "打开剪贴板路径", "打开指定路径..."));
 }
 
 TEST_F(FinderSyncMenusTest, QuickOpenIsEmptyWithoutLocationsAndChildren) {
     putDestinations("quickOpen", {});
-    EXPECT_THAT(quickOpenMenuItems({}, twoSelected, target), IsEmpty());
+    EXPECT_THAT(quickOpenMenuItems(request(twoSelected, target), {}), IsEmpty());
 }
 
 TEST_F(FinderSyncMenusTest, QuickOpenDropsTheFixedLocationsOfTheCatalogue) {
@@ -304,7 +304,8 @@ TEST_F(FinderSyncMenusTest, QuickOpenDropsTheFixedLocationsOfTheCatalogue) {
     for (const FinderFeatureChild& child : children(FinderFeature::quickOpen)) {
         const bool special =
             child.actionID == "quickOpenClipboardPath" || child.actionID == "quickOpenTypedPath";
-        EXPECT_THAT(quickOpenMenuItems({child}, noSelection, noTarget), SizeIs(special ? 1 : 0))
+        EXPECT_THAT(quickOpenMenuItems(request(noSelection, noTarget), {child}),
+                    SizeIs(special ? 1 : 0))
             << child.actionID;
     }
 }
@@ -313,7 +314,7 @@ TEST_F(FinderSyncMenusTest, QuickOpenListsBuiltInFoldersAndNamesVerbatim) {
     platform().translations["桌面"] = "Desktop";
     putDestinations("quickOpen", {destination("1", "桌面", "/Users/ada/Desktop"),
                                   destination("1", "", "/Users/ada/Desktop/")});
-    const std::vector<MenuItem> items = quickOpenMenuItems({}, noSelection, noTarget);
+    const std::vector<MenuItem> items = quickOpenMenuItems(request(noSelection, noTarget), {});
     EXPECT_THAT(titles(items), ElementsAre("桌面", ""));
     EXPECT_EQ(attachedContext(items.at(1))->destinationPath(), "/Users/ada/Desktop/");
 }
@@ -321,8 +322,8 @@ TEST_F(FinderSyncMenusTest, QuickOpenListsBuiltInFoldersAndNamesVerbatim) {
 TEST_F(FinderSyncMenusTest, QuickOpenEntryThatNeedsASelectionIsDisabledWithoutOne) {
     const FinderFeatureChild child = {"t", "quickOpenTypedPath", Action::requiresSelection()};
     putDestinations("quickOpen", {});
-    EXPECT_FALSE(quickOpenMenuItems({child}, noSelection, target).front().enabled);
-    EXPECT_TRUE(quickOpenMenuItems({child}, twoSelected, noTarget).front().enabled);
+    EXPECT_FALSE(quickOpenMenuItems(request(noSelection, target), {child}).front().enabled);
+    EXPECT_TRUE(quickOpenMenuItems(request(twoSelected, noTarget), {child}).front().enabled);
 }
 
 // Open with an application.
@@ -332,7 +333,7 @@ TEST_F(FinderSyncMenusTest, OpenWithItemsCarryContextAndIdentifier) {
     platform().putDirectory("/System/Applications/TextEdit.app");
     putDestinations("openApplication",
                     {destination("a__b", "X", "/missing/X.app"), destination("", "", "")});
-    const std::vector<MenuItem> items = openWithApplicationMenuItems(twoSelected, target);
+    const std::vector<MenuItem> items = openWithApplicationMenuItems(request(twoSelected, target));
     EXPECT_THAT(titles(items), ElementsAre("预览", "文本编辑", "X", ""));
     EXPECT_EQ(items.at(0).identifier, "openWithApplicationPath__preview");
     EXPECT_EQ(items.at(1).identifier, "openWithApplicationPath__textedit");
@@ -352,17 +353,17 @@ TEST_F(FinderSyncMenusTest, OpenWithItemsCarryContextAndIdentifier) {
 
 TEST_F(FinderSyncMenusTest, OpenWithNeedsASelectionOrATarget) {
     platform().putDirectory("/System/Applications/Preview.app");
-    EXPECT_FALSE(openWithApplicationMenuItems(noSelection, noTarget).front().enabled);
-    EXPECT_TRUE(openWithApplicationMenuItems(noSelection, target).front().enabled);
-    EXPECT_TRUE(openWithApplicationMenuItems(twoSelected, noTarget).front().enabled);
+    EXPECT_FALSE(openWithApplicationMenuItems(request(noSelection, noTarget)).front().enabled);
+    EXPECT_TRUE(openWithApplicationMenuItems(request(noSelection, target)).front().enabled);
+    EXPECT_TRUE(openWithApplicationMenuItems(request(twoSelected, noTarget)).front().enabled);
 }
 
 TEST_F(FinderSyncMenusTest, OpenWithItemsAreAppendedAndNothingWhenThereAreNone) {
     Menu menu = {.title = "t", .items = {MenuItem::separator()}};
-    addOpenWithApplicationItems(menu, twoSelected, target);
+    addOpenWithApplicationItems(menu, request(twoSelected, target));
     EXPECT_THAT(titles(menu.items), ElementsAre("-"));
     platform().putDirectory("/System/Applications/Preview.app");
-    addOpenWithApplicationItems(menu, twoSelected, target);
+    addOpenWithApplicationItems(menu, request(twoSelected, target));
     ASSERT_THAT(titles(menu.items), ElementsAre("-", "预览"));
     EXPECT_EQ(menu.items.back().identifier, "openWithApplicationPath__preview");
 }
@@ -370,7 +371,7 @@ TEST_F(FinderSyncMenusTest, OpenWithItemsAreAppendedAndNothingWhenThereAreNone) 
 // View presets.
 
 TEST_F(FinderSyncMenusTest, ViewPresetItemsCarryDictionaryIdentifierAndTag) {
-    const std::vector<MenuItem> items = finderViewPresetMenuItems(twoSelected, target);
+    const std::vector<MenuItem> items = finderViewPresetMenuItems(request(twoSelected, target));
     EXPECT_THAT(titles(items), ElementsAre("列表 · 最近修改", "图标 · 按名称", "分栏 · 按名称"));
     const char* const ids[] = {"list-modified", "icon-name", "column-name"};
     for (std::size_t index = 0; index < items.size(); ++index) {
@@ -393,7 +394,7 @@ TEST_F(FinderSyncMenusTest, ViewPresetItemsCarryDictionaryIdentifierAndTag) {
 }
 
 TEST_F(FinderSyncMenusTest, ViewPresetWithoutSelectionAndTargetHasEmptyPathsAndIsEnabled) {
-    for (const MenuItem& item : finderViewPresetMenuItems(noSelection, noTarget)) {
+    for (const MenuItem& item : finderViewPresetMenuItems(request(noSelection, noTarget))) {
         EXPECT_TRUE(item.enabled);
         const auto& attached = std::get<PropertyList::Dictionary>(item.representedObject);
         EXPECT_THAT(attached, SizeIs(6));
@@ -405,7 +406,7 @@ TEST_F(FinderSyncMenusTest, ViewPresetWithoutSelectionAndTargetHasEmptyPathsAndI
 TEST_F(FinderSyncMenusTest, ViewPresetsAreLoggedAsAListAndOneByOne) {
     platform().putPropertyList(viewPresetsPath,
                                list({preset("a", "列表 · 名称 2"), preset("", "B \"b\"")}));
-    (void)finderViewPresetMenuItems(noSelection, noTarget);
+    (void)finderViewPresetMenuItems(request(noSelection, noTarget));
     EXPECT_THAT(messages(),
                 ElementsAre("view preset menu presets=[\"a:列表 · 名称\", \":B \"b\"\"]",
                             "view preset item title=列表 · 名称 "
@@ -416,13 +417,13 @@ TEST_F(FinderSyncMenusTest, ViewPresetsAreLoggedAsAListAndOneByOne) {
 
 TEST_F(FinderSyncMenusTest, WithoutViewPresetsThereAreNoItemsAndAnEmptyListIsLogged) {
     platform().putPropertyList(viewPresetsPath, PropertyList::Array{});
-    EXPECT_THAT(finderViewPresetMenuItems(twoSelected, target), IsEmpty());
+    EXPECT_THAT(finderViewPresetMenuItems(request(twoSelected, target)), IsEmpty());
     EXPECT_THAT(messages(), ElementsAre("view preset menu presets=[]"));
 }
 
 TEST_F(FinderSyncMenusTest, ViewPresetsWithTheSameIDAreToldApartByTheirTags) {
     platform().putPropertyList(viewPresetsPath, list({preset("a", "1"), preset("a", "2")}));
-    const std::vector<MenuItem> items = finderViewPresetMenuItems(noSelection, noTarget);
+    const std::vector<MenuItem> items = finderViewPresetMenuItems(request(noSelection, noTarget));
     ASSERT_THAT(items, SizeIs(2));
     EXPECT_EQ(items.at(0).identifier, items.at(1).identifier);
     EXPECT_EQ(items.at(0).tag, 700000);
@@ -435,7 +436,7 @@ TEST_F(FinderSyncMenusTest, CustomActionsCarryContextAndIdentifierByTheirKind) {
     platform().putPropertyList(
         customShortcutActionsPath,
         list({script("x", "脚本", "/s.sh"), shortcut("y", "快捷", "S"), shortcut("y", "", "S")}));
-    const std::vector<MenuItem> items = customShortcutMenuItems(twoSelected, target);
+    const std::vector<MenuItem> items = customShortcutMenuItems(request(twoSelected, target));
     EXPECT_THAT(titles(items), ElementsAre("脚本", "快捷", ""));
     EXPECT_EQ(items.at(0).identifier, "runScript__x");
     EXPECT_EQ(items.at(1).identifier, "runShortcut__y");
@@ -452,26 +453,26 @@ TEST_F(FinderSyncMenusTest, CustomActionsCarryContextAndIdentifierByTheirKind) {
 
 TEST_F(FinderSyncMenusTest, CustomActionsNeedASelectionAndATargetIsNotEnough) {
     platform().putPropertyList(customShortcutActionsPath, list({script("x", "脚本", "/s.sh")}));
-    EXPECT_FALSE(customShortcutMenuItems(noSelection, noTarget).front().enabled);
-    EXPECT_FALSE(customShortcutMenuItems(noSelection, target).front().enabled);
-    EXPECT_TRUE(customShortcutMenuItems(twoSelected, noTarget).front().enabled);
+    EXPECT_FALSE(customShortcutMenuItems(request(noSelection, noTarget)).front().enabled);
+    EXPECT_FALSE(customShortcutMenuItems(request(noSelection, target)).front().enabled);
+    EXPECT_TRUE(customShortcutMenuItems(request(twoSelected, noTarget)).front().enabled);
 }
 
 TEST_F(FinderSyncMenusTest, WithoutCustomActionsThereAreNoItems) {
-    EXPECT_THAT(customShortcutMenuItems(twoSelected, target), IsEmpty());
+    EXPECT_THAT(customShortcutMenuItems(request(twoSelected, target)), IsEmpty());
 }
 
 // The collapsed layout.
 
 TEST_F(FinderSyncMenusTest, WithoutFeaturesThereAreNoItems) {
-    EXPECT_THAT(featureMenuItems(defaultSettings(), {}, twoSelected, target), IsEmpty());
+    EXPECT_THAT(featureMenuItems(request(twoSelected, target), defaultSettings(), {}), IsEmpty());
 }
 
 TEST_F(FinderSyncMenusTest, EachFeatureIsAnItemThatOpensASubmenuOfItsTitle) {
     const std::vector<FinderFeature> features = {FinderFeature::developerTools,
                                                  FinderFeature::createFile};
     const std::vector<MenuItem> items =
-        featureMenuItems(everything(), features, twoSelected, target);
+        featureMenuItems(request(twoSelected, target), everything(), features);
     ASSERT_THAT(titles(items), ElementsAre("更多工具", "新建"));
     for (const MenuItem& item : items) {
         EXPECT_EQ(item.action, MenuItem::Action::none);
@@ -509,7 +510,8 @@ TEST_F(FinderSyncMenusTest, EveryCommandIsAnItemWithItsContextInBothLayouts) {
                     EXPECT_EQ(item.title, command.title);
                     expectActionable(item);
                     expectWithoutIdentity(item);
-                    EXPECT_EQ(item.enabled, isEnabled(command.action, selection, targetedURL))
+                    EXPECT_EQ(item.enabled,
+                              isEnabled(command.action, request(selection, targetedURL)))
                         << command.actionID;
                     ASSERT_NE(attachedContext(item), nullptr);
                     EXPECT_EQ(*attachedContext(item),
@@ -540,21 +542,22 @@ TEST_F(FinderSyncMenusTest, FourCommandsAreEnabledByTheirIdentifierInTheExpanded
     for (const char* const id :
          {"copyFilesToPath", "moveFilesToPath", "copyFilesToFolder", "moveFilesToFolder"}) {
         const std::vector<MenuItem> items =
-            directMenuItems(FinderFeature::pdfTools, {{"t", id, Action::requiresSelection()}},
-                            noSelection, noTarget);
+            directMenuItems(request(noSelection, noTarget), FinderFeature::pdfTools,
+                            {{"t", id, Action::requiresSelection()}});
         EXPECT_TRUE(items.front().enabled) << id;
     }
-    const std::vector<MenuItem> items = directMenuItems(
-        FinderFeature::pdfTools, {{"t", "copyFilesToDesktop", Action::requiresSelection()}},
-        noSelection, target);
+    const std::vector<MenuItem> items =
+        directMenuItems(request(noSelection, target), FinderFeature::pdfTools,
+                        {{"t", "copyFilesToDesktop", Action::requiresSelection()}});
     EXPECT_FALSE(items.front().enabled);
 }
 
 TEST_F(FinderSyncMenusTest, DirectItemsKeepTheOrderOfTheirChildren) {
     std::vector<FinderFeatureChild> reversed = children(FinderFeature::pdfTools);
     std::ranges::reverse(reversed);
-    EXPECT_THAT(titles(directMenuItems(FinderFeature::pdfTools, reversed, twoSelected, target)),
-                ElementsAre("压缩 PDF", "图片转 PDF", "拆分 PDF", "合并 PDF"));
+    EXPECT_THAT(
+        titles(directMenuItems(request(twoSelected, target), FinderFeature::pdfTools, reversed)),
+        ElementsAre("压缩 PDF", "图片转 PDF", "拆分 PDF", "合并 PDF"));
 }
 
 TEST_F(FinderSyncMenusTest, SettingsDecideWhichCommandsAreShownAndInWhichOrder) {
@@ -562,7 +565,7 @@ TEST_F(FinderSyncMenusTest, SettingsDecideWhichCommandsAreShownAndInWhichOrder) 
     settings.enabledChildIDs = {"mergePDFs", "compressPDF"};
     settings.childOrderByFeatureID["pdfTools"] = {"compressPDF", "splitPDFs", "mergePDFs"};
     const std::vector<MenuItem> items =
-        featureMenuItems(settings, {FinderFeature::pdfTools}, twoSelected, target);
+        featureMenuItems(request(twoSelected, target), settings, {FinderFeature::pdfTools});
     EXPECT_THAT(titles(items.front().submenu->items), ElementsAre("压缩 PDF", "合并 PDF"));
 }
 
@@ -573,7 +576,7 @@ TEST_F(FinderSyncMenusTest, FeatureStaysVisibleWithAnEmptySubmenu) {
     settings.enabledChildIDs.clear();
     for (const FinderFeature feature : allFinderFeatures) {
         const std::vector<MenuItem> items =
-            featureMenuItems(settings, {feature}, twoSelected, target);
+            featureMenuItems(request(twoSelected, target), settings, {feature});
         if (feature == FinderFeature::customActions) {
             EXPECT_THAT(items, IsEmpty());
         } else {
@@ -588,7 +591,7 @@ TEST_F(FinderSyncMenusTest, DirectItemsOfAFeatureWithNothingAreNone) {
     putDestinations("quickOpen", {});
     platform().putPropertyList(viewPresetsPath, PropertyList::Array{});
     for (const FinderFeature feature : allFinderFeatures) {
-        EXPECT_THAT(directMenuItems(feature, {}, twoSelected, target), IsEmpty());
+        EXPECT_THAT(directMenuItems(request(twoSelected, target), feature, {}), IsEmpty());
     }
 }
 
@@ -612,10 +615,11 @@ TEST_F(FinderSyncMenusTest, QuickOpenIsItsLocationsAndEntriesInBothLayouts) {
                 ElementsAre("项目", "打开剪贴板路径", "打开指定路径..."));
     FinderMenuSettings settings = everything();
     settings.enabledChildIDs.erase("quickOpenClipboardPath");
-    EXPECT_THAT(titles(featureMenuItems(settings, {FinderFeature::quickOpen}, twoSelected, target)
-                           .front()
-                           .submenu->items),
-                ElementsAre("项目", "打开指定路径..."));
+    EXPECT_THAT(
+        titles(featureMenuItems(request(twoSelected, target), settings, {FinderFeature::quickOpen})
+                   .front()
+                   .submenu->items),
+        ElementsAre("项目", "打开指定路径..."));
 }
 
 TEST_F(FinderSyncMenusTest, ViewOptionsAreThePresetsInBothLayouts) {
@@ -624,8 +628,9 @@ TEST_F(FinderSyncMenusTest, ViewOptionsAreThePresetsInBothLayouts) {
     EXPECT_EQ(menu.title, "调整显示方式");
     ASSERT_THAT(titles(menu.items), ElementsAre("A"));
     EXPECT_EQ(menu.items.front().tag, 700000);
-    EXPECT_THAT(titles(directMenuItems(FinderFeature::viewOptions, {}, twoSelected, target)),
-                ElementsAre("A"));
+    EXPECT_THAT(
+        titles(directMenuItems(request(twoSelected, target), FinderFeature::viewOptions, {})),
+        ElementsAre("A"));
 }
 
 TEST_F(FinderSyncMenusTest, OpenWithCommandsAreFollowedByTheApplicationsInBothLayouts) {
@@ -682,8 +687,9 @@ TEST_F(FinderSyncMenusTest, FoldersOfOneKindDoNotAppearUnderTheOther) {
 
 TEST_F(FinderSyncMenusTest, UsersFoldersAreShownAlsoWithoutCommands) {
     putDestinations("copy", {destination("1", "项目", "/p")});
-    EXPECT_THAT(titles(directMenuItems(FinderFeature::copyFile, {}, noSelection, noTarget)),
-                ElementsAre("复制到文件夹"));
+    EXPECT_THAT(
+        titles(directMenuItems(request(noSelection, noTarget), FinderFeature::copyFile, {})),
+        ElementsAre("复制到文件夹"));
 }
 
 TEST_F(FinderSyncMenusTest, UsersFoldersAreEnabledWithNothingSelected) {

@@ -15,7 +15,29 @@ using testing::IsNull;
 using testing::NotNull;
 
 using Action = FinderFeatureAction;
-using ContextPointer = std::shared_ptr<const FinderActionContext>;
+using ContextPointer = FinderActionContextPointer;
+
+// Each resolution of a test is a click of its own, so it reads the settings anew.
+
+ContextPointer actionContext(const MenuItem& item) {
+    return quorva::actionContext(item, SettingsReading());
+}
+
+ContextPointer actionContextFromMenuIdentifier(const std::optional<std::string>& identifier) {
+    return quorva::actionContextFromMenuIdentifier(identifier, SettingsReading());
+}
+
+ContextPointer actionContextFromMenuTag(std::int64_t tag) {
+    return quorva::actionContextFromMenuTag(tag, SettingsReading());
+}
+
+ContextPointer actionContextFromMenuTitle(const std::string& title) {
+    return quorva::actionContextFromMenuTitle(title, SettingsReading());
+}
+
+ContextPointer customActionContext(std::string_view actionID) {
+    return quorva::customActionContext(actionID, SettingsReading());
+}
 
 class MenuItemResolutionTest : public UnitTest {
  protected:
@@ -514,8 +536,8 @@ TEST_F(MenuItemResolutionTest, NameOfAnActionCaseThatIsAlsoACommandIsTheCommand)
 // What the builders write is what the resolution reads.
 
 TEST_F(MenuItemResolutionTest, BuiltItemsResolveAlikeByObjectAndByIdentifier) {
-    std::vector<MenuItem> items = openWithApplicationMenuItems({}, std::nullopt);
-    for (const MenuItem& item : customShortcutMenuItems({}, std::nullopt)) {
+    std::vector<MenuItem> items = openWithApplicationMenuItems(request({}, std::nullopt));
+    for (const MenuItem& item : customShortcutMenuItems(request({}, std::nullopt))) {
         items.push_back(item);
     }
     EXPECT_EQ(items.size(), 8U);
@@ -530,7 +552,7 @@ TEST_F(MenuItemResolutionTest, BuiltItemsResolveAlikeByObjectAndByIdentifier) {
 }
 
 TEST_F(MenuItemResolutionTest, BuiltPresetsResolveToTheirIDByDictionaryIdentifierAndTag) {
-    for (const MenuItem& item : finderViewPresetMenuItems({}, std::nullopt)) {
+    for (const MenuItem& item : finderViewPresetMenuItems(request({}, std::nullopt))) {
         MenuItem byTag;
         byTag.tag = item.tag;
         EXPECT_EQ(actionContext(item)->actionID(), *item.identifier);

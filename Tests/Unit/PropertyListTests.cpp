@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <limits>
 
-#include "QuorvaFinderExtension/SettingsFolder.hpp"
 #include "Tests/Unit/UnitTest.hpp"
 
 namespace quorva {
@@ -82,57 +81,11 @@ TEST(PropertyListTest, CopiesShareTheirContainers) {
     EXPECT_EQ(copy.array(), value.array());
 }
 
-class SettingsFolderTest : public UnitTest {};
-
-TEST_F(SettingsFolderTest, SettingsLieBelowTheReportedHome) {
-    platform().homeDirectory = FileURL::directory("/Container/Data");
-    EXPECT_EQ(settingsFileURL("A.plist"),
-              FileURL::file("/Container/Data/Library/Application Support/Quorva/A.plist"));
-}
-
-TEST_F(SettingsFolderTest, FileThatIsMissingUnreadableOrNoPropertyListGivesNothing) {
-    const FileURL url = FileURL::file("/Users/ada/A.plist");
-    EXPECT_FALSE(propertyListInFile(url).has_value());
-
-    platform().putFile(url.path(), "garbage");
-    EXPECT_FALSE(propertyListInFile(url).has_value());
-
-    platform().putPropertyList(url.path(), "text");
-    EXPECT_TRUE(propertyListInFile(url) == PropertyList("text"));
-
-    platform().fail(fakePlatform::Operation::readFile);
-    EXPECT_FALSE(propertyListInFile(url).has_value());
-}
-
-TEST_F(SettingsFolderTest, ListOfTextDictionariesIsReadInOrder) {
-    const auto dictionaries =
-        stringDictionaries(list({texts({{"id", "b"}}), texts({}), texts({{"id", "a"}})}));
-    ASSERT_TRUE(dictionaries.has_value());
-    ASSERT_EQ(dictionaries->size(), 3U);
-    EXPECT_EQ(*valueForKey(dictionaries->at(0), "id"), "b");
-    EXPECT_EQ(valueForKey(dictionaries->at(1), "id"), nullptr);
-    EXPECT_EQ(*valueForKey(dictionaries->at(2), "id"), "a");
-}
-
-TEST_F(SettingsFolderTest, AnyOtherShapeIsNoListOfTextDictionaries) {
-    const PropertyList values[] = {
-        "text",
-        true,
-        std::int64_t{0},
-        1.5,
-        PropertyList::Date{0},
-        Data{},
-        PropertyList::Dictionary{},
-        list({"text"}),
-        list({texts({{"id", "a"}}), PropertyList::Array{}}),
-        list({texts({{"id", "a"}}), PropertyList::Dictionary{{"id", std::int64_t{1}}}}),
-        list({PropertyList::Dictionary{{"id", PropertyList::Array{}}}}),
-        list({PropertyList::Dictionary{{"id", PropertyList::Dictionary{}}}}),
-    };
-    for (const PropertyList& value : values) {
-        EXPECT_FALSE(stringDictionaries(value).has_value());
-    }
-    EXPECT_TRUE(stringDictionaries(PropertyList::Array{}).has_value());
+TEST(PropertyListUnsupportedTest, IsOfNoTypeAndEqualsOnlyItself) {
+    const PropertyList value = PropertyList::Unsupported();
+    EXPECT_EQ(answeringAccessors(value), 0);
+    EXPECT_TRUE(value == PropertyList(PropertyList::Unsupported()));
+    EXPECT_FALSE(value == PropertyList(""));
 }
 
 }  // namespace

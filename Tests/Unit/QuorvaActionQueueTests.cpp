@@ -17,8 +17,12 @@ class QuorvaActionQueueTest : public UnitTest {
  protected:
     static Result<void> enqueue(const std::vector<FileURL>& selectedURLs = {},
                                 const std::optional<FileURL>& targetedURL = std::nullopt) {
-        return QuorvaActionQueue::enqueue("copyFullPath", "复制完整路径", selectedURLs, targetedURL,
-                                          "/destination", "preset");
+        return QuorvaActionQueue::enqueue({.actionID = "copyFullPath",
+                                           .title = "复制完整路径",
+                                           .selectedURLs = selectedURLs,
+                                           .targetedURL = targetedURL,
+                                           .destinationPath = "/destination",
+                                           .presetID = "preset"});
     }
 
     static std::vector<std::string> records() { return platform().filesBelow(queuePath); }
@@ -92,8 +96,12 @@ TEST_F(QuorvaActionQueueTest, NothingSelectedAndNoTargetAreAnEmptyListAndAnEmpty
 
 TEST_F(QuorvaActionQueueTest, TextsReachTheRecordByteForByte) {
     const std::string hostile = "/a\"b\\c\nd\te\u0301😀";
-    ASSERT_TRUE(QuorvaActionQueue::enqueue(hostile, hostile, {FileURL::file(hostile)},
-                                           FileURL::file(hostile), hostile, hostile)
+    ASSERT_TRUE(QuorvaActionQueue::enqueue({.actionID = hostile,
+                                            .title = hostile,
+                                            .selectedURLs = std::vector{FileURL::file(hostile)},
+                                            .targetedURL = FileURL::file(hostile),
+                                            .destinationPath = hostile,
+                                            .presetID = hostile})
                     .has_value());
     EXPECT_EQ(onlyRecord().at("actionID"), hostile);
     EXPECT_EQ(onlyRecord().at("title"), hostile);

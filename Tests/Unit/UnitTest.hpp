@@ -21,6 +21,7 @@
 #include "QuorvaFinderExtension/FinderFeature.hpp"
 #include "QuorvaFinderExtension/FinderViewPresetSettings.hpp"
 #include "QuorvaFinderExtension/Menu.hpp"
+#include "QuorvaFinderExtension/MenuRequest.hpp"
 #include "Tests/FakePlatform/FakePlatform.hpp"
 
 /// What the unit tests share: a new machine for each test, the places of the settings files, and
@@ -45,23 +46,13 @@ class UnitTest : public testing::Test {
 
     static inline const std::exception_ptr outOfMemory = std::make_exception_ptr(std::bad_alloc());
 
-    /// The messages of the diagnostic log, as the console got them: each behind the extension's
-    /// name.
-    static std::vector<std::string> messages() {
-        std::vector<std::string> result;
-        for (const std::string& line : platform().consoleLines) {
-            EXPECT_TRUE(line.starts_with(consolePrefix)) << line;
-            result.push_back(line.substr(std::min(consolePrefix.size(), line.size())));
-        }
-        return result;
-    }
+    /// The messages of the diagnostic log, as the console got them.
+    static const std::vector<std::string>& messages() { return platform().consoleLines; }
 
     /// The event of a message of the diagnostic log.
     static fakePlatform::Event message(const std::string& text) {
-        return {fakePlatform::Event::Kind::consoleLine, consolePrefix + text};
+        return {fakePlatform::Event::Kind::consoleLine, text};
     }
-
-    static inline const std::string consolePrefix = "QuorvaFinderExtension: ";
 
     /// Looked up anew, because a test may start over with a new machine.
     static fakePlatform::State& platform() { return fakePlatform::state(); }
@@ -108,10 +99,15 @@ inline PropertyList script(const char* id, const char* name, const char* scriptP
     return texts({{"id", id}, {"name", name}, {"kind", "script"}, {"scriptPath", scriptPath}});
 }
 
+/// A request of items, with the settings as they are when it asks for them.
+inline MenuRequest request(const FinderSelection& selectedURLs = {},
+                           const std::optional<FileURL>& targetedURL = std::nullopt) {
+    return {MenuKind::contextualMenuForItems, selectedURLs, targetedURL, {}};
+}
+
 /// The context attached to `item`, null when something else is.
 inline const FinderActionContext* attachedContext(const MenuItem& item) {
-    const auto* const context =
-        std::get_if<std::shared_ptr<const FinderActionContext>>(&item.representedObject);
+    const auto* const context = std::get_if<FinderActionContextPointer>(&item.representedObject);
     return context == nullptr ? nullptr : context->get();
 }
 

@@ -1,9 +1,10 @@
-#include "QuorvaFinderExtension/FinderSync.hpp"
+#include "QuorvaFinderExtension/FinderExtension.hpp"
 
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
 
+#include "QuorvaFinderExtension/Containment.hpp"
 #include "Tests/Unit/UnitTest.hpp"
 
 namespace quorva {
@@ -14,11 +15,12 @@ using fakePlatform::Operation;
 using fakePlatform::UnifiedLogRecord;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
 using testing::SizeIs;
 
 using URLs = std::set<FileURL>;
 
-class FinderSyncTest : public UnitTest {
+class FinderExtensionTest : public UnitTest {
  protected:
     static void putSettings(PropertyList::Dictionary root) {
         platform().putPropertyList(featureSettingsPath, std::move(root));
@@ -65,24 +67,27 @@ class FinderSyncTest : public UnitTest {
         R"("/Users/ada/Movies", "/Users/ada/Music", "/Users/ada/Pictures", "/Volumes"])";
 };
 
-TEST_F(FinderSyncTest, ToolbarItemHasItsNameAndToolTip) {
-    EXPECT_EQ(FinderSync::toolbarItemName, "Quorva");
-    EXPECT_EQ(FinderSync::toolbarItemToolTip, "Send selected files to Quorva");
+TEST_F(FinderExtensionTest, ToolbarItemHasItsNameAndToolTip) {
+    EXPECT_EQ(FinderExtension::toolbarItemName, "Quorva");
+    EXPECT_EQ(FinderExtension::toolbarItemToolTip, "Send selected files to Quorva");
 }
 
-TEST_F(FinderSyncTest, SettingsNotificationHasItsName) {
-    EXPECT_EQ(FinderSync::settingsChangedNotificationName, "app.ferrolin.Quorva.SettingsChanged");
+TEST_F(FinderExtensionTest, SettingsNotificationHasItsName) {
+    EXPECT_EQ(FinderExtension::settingsChangedNotificationName,
+              "app.ferrolin.Quorva.SettingsChanged");
 }
 
 // Start and refresh.
 
-TEST_F(FinderSyncTest, StartSetsTheMonitoredFolders) {
-    const FinderSync finderSync;
+TEST_F(FinderExtensionTest, StartSetsTheMonitoredFolders) {
+    FinderExtension extension;
+    extension.start();
     EXPECT_EQ(platform().directoryURLs, defaultDirectories());
 }
 
-TEST_F(FinderSyncTest, StartSetsTheFoldersThenLogsToBothLogs) {
-    const FinderSync finderSync;
+TEST_F(FinderExtensionTest, StartSetsTheFoldersThenLogsToBothLogs) {
+    FinderExtension extension;
+    extension.start();
     const auto isStep = [](const Event& event) {
         return event.kind == Event::Kind::directoryURLsSet ||
                event.kind == Event::Kind::unifiedLogRecord ||
@@ -97,19 +102,21 @@ TEST_F(FinderSyncTest, StartSetsTheFoldersThenLogsToBothLogs) {
                             message("started monitored=" + defaultDirectoryList)));
 }
 
-TEST_F(FinderSyncTest, UnifiedLogRecordsCarrySubsystemAndCategory) {
-    const FinderSync finderSync;
+TEST_F(FinderExtensionTest, UnifiedLogRecordsCarrySubsystemAndCategory) {
+    FinderExtension extension;
+    extension.start();
     EXPECT_THAT(platform().unifiedLog,
                 ElementsAre(UnifiedLogRecord{
                     "app.ferrolin.Quorva.FinderExtension", "FinderSync",
                     "FinderSync refreshed directories. reason=started, count=12"}));
 }
 
-TEST_F(FinderSyncTest, ChangedSettingsRefreshTheFoldersWithTheSendersReason) {
-    FinderSync finderSync;
+TEST_F(FinderExtensionTest, ChangedSettingsRefreshTheFoldersWithTheSendersReason) {
+    FinderExtension extension;
+    extension.start();
     clearHistory();
     platform().putDirectory("/Users/ada/Projects");
-    finderSync.handleSettingsChanged(PropertyList::Dictionary{{"reason", "menu edited"}});
+    extension.handleSettingsChanged(PropertyList::Dictionary{{"reason", "menu edited"}});
     EXPECT_TRUE(platform().directoryURLs.contains(FileURL::directory("/Users/ada/Projects")));
     ASSERT_THAT(messages(), SizeIs(2));
     EXPECT_EQ(messages().at(0), "settings changed notification reason=menu edited");
@@ -121,15 +128,16 @@ TEST_F(FinderSyncTest, ChangedSettingsRefreshTheFoldersWithTheSendersReason) {
               "FinderSync refreshed directories. reason=settings-changed:menu edited, count=13");
 }
 
-TEST_F(FinderSyncTest, ChangedSettingsReplaceTheFolders) {
+TEST_F(FinderExtensionTest, ChangedSettingsReplaceTheFolders) {
     platform().putDirectory("/Users/ada/Projects");
-    FinderSync finderSync;
+    FinderExtension extension;
+    extension.start();
     platform().entries.erase("/Users/ada/Projects");
-    finderSync.handleSettingsChanged(PropertyList::Dictionary{{"reason", "x"}});
+    extension.handleSettingsChanged(PropertyList::Dictionary{{"reason", "x"}});
     EXPECT_EQ(platform().directoryURLs, defaultDirectories());
 }
 
-TEST_F(FinderSyncTest, NotificationWithoutATextAsReasonHasTheReasonUnknown) {
+TEST_F(FinderExtensionTest, NotificationWithoutATextAsReasonHasTheReasonUnknown) {
     const std::optional<PropertyList::Dictionary> infos[] = {
         std::nullopt,
         PropertyList::Dictionary{},
@@ -139,9 +147,10 @@ TEST_F(FinderSyncTest, NotificationWithoutATextAsReasonHasTheReasonUnknown) {
         PropertyList::Dictionary{{"reason", strings({"x"})}},
     };
     for (const auto& info : infos) {
-        FinderSync finderSync;
+        FinderExtension extension;
+        extension.start();
         clearHistory();
-        finderSync.handleSettingsChanged(info);
+        extension.handleSettingsChanged(info);
         EXPECT_THAT(messages(),
                     ElementsAre("settings changed notification reason=unknown",
                                 "settings-changed:unknown monitored=" + defaultDirectoryList));
@@ -150,227 +159,31 @@ TEST_F(FinderSyncTest, NotificationWithoutATextAsReasonHasTheReasonUnknown) {
     }
 }
 
-TEST_F(FinderSyncTest, ReasonMayBeEmptyOrHoldAnything) {
-    FinderSync finderSync;
+TEST_F(FinderExtensionTest, ReasonMayBeEmptyOrHoldAnything) {
+    FinderExtension extension;
+    extension.start();
     for (const char* const reason : {"", "a\n\"b\" %@ 😀"}) {
         clearHistory();
-        finderSync.handleSettingsChanged(PropertyList::Dictionary{{"reason", reason}});
+        extension.handleSettingsChanged(PropertyList::Dictionary{{"reason", reason}});
         EXPECT_EQ(messages().at(0), std::string("settings changed notification reason=") + reason);
         EXPECT_EQ(messages().at(1),
                   std::string("settings-changed:") + reason + " monitored=" + defaultDirectoryList);
     }
 }
 
-TEST_F(FinderSyncTest, PathOfTwoURLsIsListedTwice) {
-    platform().standardDirectories[SearchPathDirectory::movies] = {FileURL::file("/Films")};
-    const FinderSync finderSync;
+TEST_F(FinderExtensionTest, PathOfTwoURLsIsListedTwice) {
+    platform().standardDirectories[platform::SearchPathDirectory::movies] = {
+        FileURL::file("/Films")};
+    FinderExtension extension;
+    extension.start();
     EXPECT_TRUE(platform().directoryURLs.contains(FileURL::file("/Films")));
     EXPECT_TRUE(platform().directoryURLs.contains(FileURL::directory("/Films")));
     EXPECT_NE(messages().front().find(R"("/Films", "/Films")"), std::string::npos);
 }
 
-// The monitored folders.
-
-TEST_F(FinderSyncTest, ContainersHomeAndTheRealHomeAreBothMonitored) {
-    platform().enterSandbox();
-    const URLs urls = monitoredDirectoryURLs();
-    const std::string container =
-        "/Users/ada/Library/Containers/app.ferrolin.Quorva.FinderExtension/Data";
-    for (const std::string& path :
-         {container, container + "/Desktop", container + "/Pictures", std::string("/Users/ada"),
-          std::string("/Users/ada/Desktop"), std::string("/Users/ada/Documents")}) {
-        EXPECT_TRUE(urls.contains(FileURL::directory(path))) << path;
-    }
-    EXPECT_FALSE(urls.contains(FileURL::directory(container + "/Library/Application Support")));
-}
-
-TEST_F(FinderSyncTest, BaseFoldersAreMonitoredWhetherOrNotTheyExist) {
-    platform().entries.clear();
-    platform().standardDirectories.clear();
-    EXPECT_EQ(monitoredDirectoryURLs(),
-              directories({"/Applications", "/Volumes", "/Users/ada", "/Users/ada/Desktop",
-                           "/Users/ada/Documents",
-                           "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs",
-                           "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs/Desktop",
-                           "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs/Documents"}));
-}
-
-TEST_F(FinderSyncTest, FirstURLOfEachStandardDirectoryIsMonitored) {
-    for (const auto directory : {SearchPathDirectory::desktop, SearchPathDirectory::documents,
-                                 SearchPathDirectory::downloads, SearchPathDirectory::movies,
-                                 SearchPathDirectory::music, SearchPathDirectory::pictures}) {
-        fakePlatform::reset();
-        platform().standardDirectories[directory] = {FileURL::directory("/Volumes/Big/First"),
-                                                     FileURL::directory("/Volumes/Big/Second")};
-        const URLs urls = monitoredDirectoryURLs();
-        EXPECT_TRUE(urls.contains(FileURL::directory("/Volumes/Big/First")));
-        EXPECT_FALSE(urls.contains(FileURL::directory("/Volumes/Big/Second")));
-    }
-}
-
-TEST_F(FinderSyncTest, ApplicationSupportIsNotMonitored) {
-    platform().standardDirectories[SearchPathDirectory::applicationSupport] = {
-        FileURL::directory("/Volumes/Big/Support")};
-    EXPECT_FALSE(monitoredDirectoryURLs().contains(FileURL::directory("/Volumes/Big/Support")));
-}
-
-TEST_F(FinderSyncTest, VisibleFoldersInTheRealHomeAreMonitored) {
-    platform().putDirectory("/Users/ada/Projects/Deep");
-    platform().putDirectory("/Users/ada/.hidden");
-    platform().putDirectory("/Users/ada/Attribute");
-    platform().find("/Users/ada/Attribute")->hidden = true;
-    platform().putFile("/Users/ada/notes.txt", "");
-    URLs expected = defaultDirectories();
-    expected.insert(FileURL::directory("/Users/ada/Projects"));
-    EXPECT_EQ(monitoredDirectoryURLs(), expected);
-}
-
-TEST_F(FinderSyncTest, FoldersOfTheRealHomeAreListedAndNotThoseOfTheContainer) {
-    platform().enterSandbox();
-    platform().putDirectory("/Users/ada/Projects");
-    platform().putDirectory(platform().homeDirectory.path() + "/Inner");
-    const URLs urls = monitoredDirectoryURLs();
-    EXPECT_TRUE(urls.contains(FileURL::directory("/Users/ada/Projects")));
-    EXPECT_FALSE(urls.contains(platform().homeDirectory.appendingDirectory("Inner")));
-}
-
-TEST_F(FinderSyncTest, HomeThatCannotBeListedLeavesTheOtherFolders) {
-    platform().putDirectory("/Users/ada/Projects");
-    platform().fail(Operation::listDirectory);
-    EXPECT_EQ(monitoredDirectoryURLs(), defaultDirectories());
-    platform().failures.clear();
-    platform().putDirectory("/Users/ada").readable = false;
-    EXPECT_EQ(monitoredDirectoryURLs(), defaultDirectories());
-}
-
-TEST_F(FinderSyncTest, HomeBehindASymbolicLinkIsMonitoredUnderBothPaths) {
-    platform().putDirectory("/Volumes/Big/ada/Projects");
-    std::erase_if(platform().entries,
-                  [](const auto& entry) { return entry.first.starts_with("/Users/ada"); });
-    platform().putSymbolicLink("/Users/ada", "/Volumes/Big/ada");
-    const URLs urls = monitoredDirectoryURLs();
-    for (const char* const path :
-         {"/Users/ada", "/Volumes/Big/ada", "/Users/ada/Desktop", "/Volumes/Big/ada/Desktop",
-          "/Users/ada/Projects", "/Volumes/Big/ada/Projects"}) {
-        EXPECT_TRUE(urls.contains(FileURL::directory(path))) << path;
-    }
-}
-
-// The variants of a URL.
-
-TEST_F(FinderSyncTest, NoURLsHaveNoVariants) {
-    EXPECT_THAT(normalizedDirectoryVariants({}), IsEmpty());
-}
-
-TEST_F(FinderSyncTest, PlainDirectoryIsItsOnlyVariant) {
-    EXPECT_EQ(normalizedDirectoryVariants({FileURL::directory("/Users/ada")}),
-              directories({"/Users/ada"}));
-}
-
-TEST_F(FinderSyncTest, FileURLGetsADirectoryVariant) {
-    EXPECT_EQ(normalizedDirectoryVariants({FileURL::file("/Users/ada")}),
-              (URLs{FileURL::file("/Users/ada"), FileURL::directory("/Users/ada")}));
-}
-
-TEST_F(FinderSyncTest, VariantsAreTheURLItsStandardFormAndItsResolvedPath) {
-    platform().putSymbolicLink("/var", "/private/var");
-    platform().putDirectory("/private/var/data");
-    EXPECT_EQ(normalizedDirectoryVariants({FileURL::directory("/var/./data")}),
-              directories({"/var/./data", "/var/data", "/private/var/data"}));
-}
-
-TEST_F(FinderSyncTest, VariantsOfSeveralURLsMerge) {
-    platform().putSymbolicLink("/link", "/Users/ada");
-    EXPECT_EQ(
-        normalizedDirectoryVariants({FileURL::directory("/link"), FileURL::directory("/Users/ada"),
-                                     FileURL::directory("/link")}),
-        directories({"/link", "/Users/ada"}));
-}
-
-// The real home.
-
-struct HomeRow {
-    const char* description;
-    std::optional<std::string> accountHome;
-    std::map<SearchPathDirectory, std::string> standardDirectories;
-    const char* realHome;
-};
-
-TEST_F(FinderSyncTest, RealHomeIsTheFirstThatIsAUsersAndInNoContainer) {
-    using enum SearchPathDirectory;
-    const std::string container = "/Users/ada/Library/Containers/x/Data";
-    const HomeRow rows[] = {
-        {"the account's home", "/Users/ada", {{desktop, "/Users/bob/Desktop"}}, "/Users/ada"},
-        {"an account's home of another name", "/Users/x y", {}, "/Users/x y"},
-        {"no account, desktop", std::nullopt, {{desktop, "/Users/bob/Desktop"}}, "/Users/bob"},
-        {"account in a container", container, {{desktop, "/Users/bob/Desktop"}}, "/Users/bob"},
-        {"account elsewhere", "/home/ada", {{desktop, "/Users/bob/Desktop"}}, "/Users/bob"},
-        {"account's prefix to the letter", "/users/ada", {{desktop, "/Users/bob/D"}}, "/Users/bob"},
-        {"account without a folder", "/Users", {{desktop, "/Users/bob/Desktop"}}, "/Users/bob"},
-        {"container's name within a name",
-         "/Users/ada/Library/ContainersX/y",
-         {},
-         "/Users/ada/Library/ContainersX/y"},
-        {"desktop in a container, downloads next",
-         std::nullopt,
-         {{desktop, container + "/Desktop"},
-          {downloads, "/Users/bob/Downloads"},
-          {movies, "/Users/eve/Movies"}},
-         "/Users/bob"},
-        {"desktop elsewhere, movies next",
-         std::nullopt,
-         {{desktop, "/Volumes/Big/Desktop"},
-          {movies, "/Users/bob/Movies"},
-          {music, "/Users/eve/Music"}},
-         "/Users/bob"},
-        {"music before pictures",
-         std::nullopt,
-         {{pictures, "/Users/eve/Pictures"}, {music, "/Users/bob/Music"}},
-         "/Users/bob"},
-        {"pictures last", std::nullopt, {{pictures, "/Users/bob/Pictures"}}, "/Users/bob"},
-        {"documents are not consulted",
-         std::nullopt,
-         {{documents, "/Users/bob/Documents"}},
-         "/Users/ada"},
-        {"application support is not consulted",
-         std::nullopt,
-         {{applicationSupport, "/Users/bob/Support"}},
-         "/Users/ada"},
-        {"nothing qualifies",
-         container,
-         {{desktop, container + "/Desktop"}, {downloads, "/Downloads"}},
-         "/Users/ada"},
-    };
-    for (const HomeRow& row : rows) {
-        fakePlatform::reset();
-        platform().homeDirectoriesByUserName.clear();
-        if (row.accountHome) {
-            platform().homeDirectoriesByUserName["ada"] = *row.accountHome;
-        }
-        platform().standardDirectories.clear();
-        for (const auto& [directory, path] : row.standardDirectories) {
-            platform().standardDirectories[directory] = {FileURL::directory(path)};
-        }
-        EXPECT_EQ(realUserHomeURL(), FileURL::directory(row.realHome)) << row.description;
-    }
-}
-
-TEST_F(FinderSyncTest, OnlyTheFirstURLOfAStandardDirectoryIsConsultedForTheRealHome) {
-    platform().homeDirectoriesByUserName.clear();
-    platform().standardDirectories = {
-        {SearchPathDirectory::desktop,
-         {FileURL::directory("/Volumes/Big/Desktop"), FileURL::directory("/Users/bob/Desktop")}}};
-    EXPECT_EQ(realUserHomeURL(), FileURL::directory("/Users/ada"));
-}
-
-TEST_F(FinderSyncTest, RealHomeDoesNotDependOnTheReportedHome) {
-    platform().homeDirectory = FileURL::directory("/Users/eve");
-    EXPECT_EQ(realUserHomeURL(), FileURL::directory("/Users/ada"));
-}
-
 // The selection.
 
-TEST_F(FinderSyncTest, SelectionIsEmptyWhenFinderGivesNone) {
+TEST_F(FinderExtensionTest, SelectionIsEmptyWhenFinderGivesNone) {
     EXPECT_TRUE(currentFinderSelection().empty());
     platform().selectedItemURLs = std::vector<FileURL>{};
     EXPECT_TRUE(currentFinderSelection().empty());
@@ -381,18 +194,14 @@ TEST_F(FinderSyncTest, SelectionIsEmptyWhenFinderGivesNone) {
 
 // The menu.
 
-class FinderSyncMenuTest : public FinderSyncTest {
+class FinderExtensionMenuTest : public FinderExtensionTest {
  protected:
-    FinderSyncMenuTest() { clearHistory(); }
+    Menu menu(MenuKind kind = MenuKind::contextualMenuForItems) { return extension_.menu(kind); }
 
-    Menu menu(MenuKind kind = MenuKind::contextualMenuForItems) const {
-        return finderSync_.menu(kind);
-    }
-
-    const FinderSync finderSync_;
+    FinderExtension extension_;
 };
 
-TEST_F(FinderSyncMenuTest, WithoutFileTheMenuIsOneItemWithTheDefaultFeatures) {
+TEST_F(FinderExtensionMenuTest, WithoutFileTheMenuIsOneItemWithTheDefaultFeatures) {
     const Menu result = menu();
     EXPECT_EQ(result.title, "Quorva");
     ASSERT_THAT(result.items, SizeIs(1));
@@ -409,13 +218,13 @@ TEST_F(FinderSyncMenuTest, WithoutFileTheMenuIsOneItemWithTheDefaultFeatures) {
                     "处理图片", "处理 PDF", "复制名称与路径", "用应用打开", "调整显示方式"));
 }
 
-TEST_F(FinderSyncMenuTest, UngroupedMenuHoldsTheFeaturesThemselves) {
+TEST_F(FinderExtensionMenuTest, UngroupedMenuHoldsTheFeaturesThemselves) {
     putSettings({{"enabledFeatureIDs", strings({"pdfTools", "copyPath"})}});
     EXPECT_THAT(titles(menu().items), ElementsAre("处理 PDF", "复制名称与路径"));
     EXPECT_EQ(messages().back(), "menu topLevel=2");
 }
 
-TEST_F(FinderSyncMenuTest, ExpandedMenuSeparatesTheFeatures) {
+TEST_F(FinderExtensionMenuTest, ExpandedMenuSeparatesTheFeatures) {
     putSettings({{"enabledFeatureIDs", strings({"archiveTools", "openWith", "viewOptions"})},
                  {"menuLayout", "expanded"}});
     EXPECT_THAT(
@@ -425,7 +234,7 @@ TEST_F(FinderSyncMenuTest, ExpandedMenuSeparatesTheFeatures) {
     EXPECT_EQ(messages().back(), "menu topLevel=9");
 }
 
-TEST_F(FinderSyncMenuTest, ExpandedFeaturesWithoutItemsLeaveNoSeparator) {
+TEST_F(FinderExtensionMenuTest, ExpandedFeaturesWithoutItemsLeaveNoSeparator) {
     platform().putPropertyList(viewPresetsPath, PropertyList::Array{});
     putSettings({{"enabledFeatureIDs",
                   strings({"viewOptions", "openWith", "customActions", "archiveTools"})},
@@ -438,14 +247,14 @@ TEST_F(FinderSyncMenuTest, ExpandedFeaturesWithoutItemsLeaveNoSeparator) {
                                                   "解压到同名文件夹", "-", "在 Finder 中显示"));
 }
 
-TEST_F(FinderSyncMenuTest, ExpandedLastFeatureWithoutItemsLeavesNoSeparator) {
+TEST_F(FinderExtensionMenuTest, ExpandedLastFeatureWithoutItemsLeavesNoSeparator) {
     putSettings({{"enabledFeatureIDs", strings({"archiveTools", "customActions"})},
                  {"menuLayout", "expanded"}});
     EXPECT_THAT(titles(menu().items),
                 ElementsAre("压缩为 ZIP", "解压到当前文件夹", "解压到同名文件夹"));
 }
 
-TEST_F(FinderSyncMenuTest, GroupedExpandedMenuIsOneItemWithTheSeparatedRuns) {
+TEST_F(FinderExtensionMenuTest, GroupedExpandedMenuIsOneItemWithTheSeparatedRuns) {
     putSettings({{"enabledFeatureIDs", strings({"archiveTools", "openWith"})},
                  {"menuLayout", "expanded"},
                  {"groupsFeaturesUnderQuorva", true}});
@@ -457,7 +266,7 @@ TEST_F(FinderSyncMenuTest, GroupedExpandedMenuIsOneItemWithTheSeparatedRuns) {
     EXPECT_EQ(messages().back(), "menu grouped under Quorva topLevel=1 submenuItems=5");
 }
 
-TEST_F(FinderSyncMenuTest, GroupedItemIsThereEvenWithoutItems) {
+TEST_F(FinderExtensionMenuTest, GroupedItemIsThereEvenWithoutItems) {
     putSettings(
         {{"enabledFeatureIDs", strings({"customActions"})}, {"groupsFeaturesUnderQuorva", true}});
     for (const char* const layout : {"collapsed", "expanded"}) {
@@ -471,7 +280,7 @@ TEST_F(FinderSyncMenuTest, GroupedItemIsThereEvenWithoutItems) {
     }
 }
 
-TEST_F(FinderSyncMenuTest, UngroupedMenuMayBeEmpty) {
+TEST_F(FinderExtensionMenuTest, UngroupedMenuMayBeEmpty) {
     putSettings({{"enabledFeatureIDs", strings({"customActions"})}});
     const Menu result = menu();
     EXPECT_EQ(result.title, "Quorva");
@@ -479,7 +288,7 @@ TEST_F(FinderSyncMenuTest, UngroupedMenuMayBeEmpty) {
     EXPECT_EQ(messages().back(), "menu topLevel=0");
 }
 
-TEST_F(FinderSyncMenuTest, WithoutFeaturesOneDisabledItemSaysSoWhateverTheGrouping) {
+TEST_F(FinderExtensionMenuTest, WithoutFeaturesOneDisabledItemSaysSoWhateverTheGrouping) {
     for (const bool grouped : {false, true}) {
         clearHistory();
         putSettings(
@@ -500,13 +309,13 @@ TEST_F(FinderSyncMenuTest, WithoutFeaturesOneDisabledItemSaysSoWhateverTheGroupi
     }
 }
 
-TEST_F(FinderSyncMenuTest, TextOfTheMenuWithoutFeaturesIsLocalised) {
+TEST_F(FinderExtensionMenuTest, TextOfTheMenuWithoutFeaturesIsLocalised) {
     platform().translations["没有已启用功能"] = "No features enabled";
     putSettings({{"enabledFeatureIDs", PropertyList::Array{}}});
     EXPECT_THAT(titles(menu().items), ElementsAre("No features enabled"));
 }
 
-TEST_F(FinderSyncMenuTest, RequestIsLoggedToTheUnifiedLogThenToTheDiagnosticLog) {
+TEST_F(FinderExtensionMenuTest, RequestIsLoggedToTheUnifiedLogThenToTheDiagnosticLog) {
     platform().selectedItemURLs = {FileURL::file("/Users/ada/b \"x\".txt"),
                                    FileURL::directory("/Users/ada/a")};
     platform().targetedURL = FileURL::directory("/Users/ada");
@@ -524,7 +333,7 @@ TEST_F(FinderSyncMenuTest, RequestIsLoggedToTheUnifiedLogThenToTheDiagnosticLog)
     EXPECT_EQ(platform().journal.front().kind, Event::Kind::unifiedLogRecord);
 }
 
-TEST_F(FinderSyncMenuTest, RequestWithoutSelectionAndTargetIsLoggedAsSuch) {
+TEST_F(FinderExtensionMenuTest, RequestWithoutSelectionAndTargetIsLoggedAsSuch) {
     (void)menu();
     EXPECT_EQ(platform().unifiedLog.front().message,
               "Menu requested. kind=0, selected=0, targeted=nil, features=13, grouped=true, "
@@ -541,7 +350,7 @@ struct KindRow {
     const char* description;
 };
 
-TEST_F(FinderSyncMenuTest, EveryKindGivesTheSameMenuAndIsLogged) {
+TEST_F(FinderExtensionMenuTest, EveryKindGivesTheSameMenuAndIsLogged) {
     const KindRow rows[] = {
         {MenuKind::contextualMenuForItems, "0", "contextualMenuForItems"},
         {MenuKind::contextualMenuForContainer, "1", "contextualMenuForContainer"},
@@ -561,7 +370,7 @@ TEST_F(FinderSyncMenuTest, EveryKindGivesTheSameMenuAndIsLogged) {
     }
 }
 
-TEST_F(FinderSyncMenuTest, ItemsCarryTheSelectionAndTheTargetOfTheRequest) {
+TEST_F(FinderExtensionMenuTest, ItemsCarryTheSelectionAndTheTargetOfTheRequest) {
     platform().selectedItemURLs = {FileURL::file("/a"), FileURL::file("/b")};
     platform().targetedURL = FileURL::directory("/t");
     putSettings({{"enabledFeatureIDs", strings({"pdfTools"})}, {"menuLayout", "expanded"}});
@@ -578,7 +387,7 @@ TEST_F(FinderSyncMenuTest, ItemsCarryTheSelectionAndTheTargetOfTheRequest) {
     }
 }
 
-TEST_F(FinderSyncMenuTest, EntriesThatCannotActAreShownDisabled) {
+TEST_F(FinderExtensionMenuTest, EntriesThatCannotActAreShownDisabled) {
     putSettings({{"enabledFeatureIDs", strings({"pdfTools"})}, {"menuLayout", "expanded"}});
     const Menu result = menu();
     EXPECT_THAT(result.items, SizeIs(4));
@@ -587,67 +396,105 @@ TEST_F(FinderSyncMenuTest, EntriesThatCannotActAreShownDisabled) {
     }
 }
 
-TEST_F(FinderSyncMenuTest, EveryRequestReadsTheSettingsAfresh) {
+TEST_F(FinderExtensionMenuTest, EveryRequestReadsTheSettingsAfresh) {
     putSettings({{"enabledFeatureIDs", strings({"pdfTools"})}});
     EXPECT_THAT(titles(menu().items), ElementsAre("处理 PDF"));
     putSettings({{"enabledFeatureIDs", strings({"copyPath"})}});
     EXPECT_THAT(titles(menu().items), ElementsAre("复制名称与路径"));
 }
 
-// Nothing that goes wrong reaches the system.
+// Memory that runs out. Whoever calls the extension contains it.
 
-TEST_F(FinderSyncTest, ExhaustedMemoryAtTheStartLeavesAnExtensionThatAnswers) {
+TEST_F(FinderExtensionTest, ExtensionWhoseStartFailedStillGivesMenus) {
     platform().raise(Operation::setDirectoryURLs, outOfMemory);
-    const FinderSync finderSync;
-    EXPECT_THAT(platform().directoryURLs, IsEmpty());
-    EXPECT_THAT(finderSync.menu(MenuKind::contextualMenuForItems).items, SizeIs(1));
+    FinderExtension extension;
+    contain("start", [&] { extension.start(); });
+    EXPECT_THAT(messages(), ElementsAre("start failed: std::bad_alloc"));
+    EXPECT_THAT(extension.menu(MenuKind::contextualMenuForItems).items, SizeIs(1));
 }
 
-TEST_F(FinderSyncTest, ExhaustedMemoryAtARefreshKeepsTheFolders) {
-    FinderSync finderSync;
+TEST_F(FinderExtensionTest, RefreshThatFailsKeepsTheFolders) {
+    FinderExtension extension;
+    extension.start();
     platform().raise(Operation::setDirectoryURLs, outOfMemory);
     platform().putDirectory("/Users/ada/Projects");
-    finderSync.handleSettingsChanged(std::nullopt);
+    contain("settings change", [&] { extension.handleSettingsChanged(std::nullopt); });
     EXPECT_EQ(platform().directoryURLs, defaultDirectories());
+    EXPECT_EQ(messages().back(), "settings change failed: std::bad_alloc");
 }
 
-TEST_F(FinderSyncTest, MenuThatCannotBeBuiltIsEmptyAndTheReasonIsLogged) {
-    const FinderSync finderSync;
-    platform().raise(Operation::readSelection, outOfMemory);
-    EXPECT_THAT(finderSync.menu(MenuKind::contextualMenuForItems).items, IsEmpty());
-    EXPECT_EQ(messages().back(), std::bad_alloc().what());
+TEST_F(FinderExtensionTest, MenuRequestAfterOneThatFailedSucceeds) {
+    FinderExtension extension;
+    platform().raise(Operation::localizeString, outOfMemory);
+    contain("menu request", [&] { (void)extension.menu(MenuKind::contextualMenuForItems); });
+    EXPECT_EQ(messages().back(), "menu request failed: std::bad_alloc");
     platform().failures.clear();
-    EXPECT_THAT(finderSync.menu(MenuKind::contextualMenuForItems).items, SizeIs(1));
+    EXPECT_THAT(extension.menu(MenuKind::contextualMenuForItems).items, SizeIs(1));
 }
 
-TEST_F(FinderSyncTest, ExceptionsOfAnyTypeAreKeptFromTheSystem) {
-    const FinderSync finderSync;
-    platform().raise(Operation::localizeString, std::make_exception_ptr(1));
-    EXPECT_THAT(finderSync.menu(MenuKind::contextualMenuForItems).items, IsEmpty());
-}
+// The click.
 
-TEST_F(FinderSyncTest, ClickThatGoesWrongEndsQuietly) {
-    const FinderSync finderSync;
-    for (const Operation operation :
-         {Operation::readSelection, Operation::localizeString, Operation::readFile,
-          Operation::generateUUID, Operation::postNotification, Operation::countRunningApplications,
-          Operation::openApplication, Operation::logToConsole}) {
-        fakePlatform::reset();
-        platform().raise(operation, outOfMemory);
-        MenuItem item;
-        item.title = "复制完整路径";
-        finderSync.performFeatureChild(item);
-    }
-}
-
-TEST_F(FinderSyncTest, ClickIsHandedToTheContainingApplication) {
-    const FinderSync finderSync;
+TEST_F(FinderExtensionTest, ClickIsHandedToTheContainingApplication) {
+    const FinderExtension extension;
     MenuItem item;
     item.title = "复制完整路径";
-    finderSync.performFeatureChild(item);
+    extension.performFeatureChild(item);
     EXPECT_THAT(platform().filesBelow(queuePath), SizeIs(1));
     EXPECT_THAT(platform().notifications, ElementsAre("app.ferrolin.Quorva.ActionQueued"));
     EXPECT_THAT(platform().launches, SizeIs(1));
+}
+
+TEST_F(FinderExtensionTest, ClickActsOnTheTaggedEntryOfTheMenuBefore) {
+    putSettings({{"enabledFeatureIDs", strings({"quickOpen"})}});
+    platform().putPropertyList(
+        customDestinationsPath,
+        PropertyList::Dictionary{
+            {"quickOpen", list({destination("1", "项目", "/1"), destination("2", "项目", "/2")})}});
+    FinderExtension extension;
+    MenuItem sender = extension.menu(MenuKind::contextualMenuForItems).items[0].submenu->items[1];
+    EXPECT_EQ(sender.tag, 2);
+    sender.representedObject = {};
+    extension.performFeatureChild(sender);
+    ASSERT_THAT(platform().jsonObjects, SizeIs(1));
+    EXPECT_EQ(*platform().jsonObjects[0].dictionary()->at("destinationPath").string(), "/2");
+}
+
+// One reading.
+
+TEST_F(FinderExtensionTest, MenuReadsEachSettingsFileOnce) {
+    putSettings({{"menuLayout", "expanded"}});
+    platform().putPropertyList(
+        customDestinationsPath,
+        PropertyList::Dictionary{{"copy", list({destination("c", "项目", "/c")})},
+                                 {"move", list({destination("m", "项目", "/m")})}});
+    FinderExtension extension;
+    (void)extension.menu(MenuKind::contextualMenuForItems);
+    EXPECT_THAT(platform().reads,
+                ElementsAre(Pair(customDestinationsPath, 1), Pair(customShortcutActionsPath, 1),
+                            Pair(featureSettingsPath, 1), Pair(viewPresetsPath, 1)));
+}
+
+TEST_F(FinderExtensionTest, ClickReadsEachSettingsFileOnce) {
+    const FinderExtension extension;
+    MenuItem item;
+    item.title = "复制完整路径";
+    item.identifier = "runScript__unknown";
+    extension.performFeatureChild(item);
+    EXPECT_THAT(platform().reads,
+                ElementsAre(Pair(customDestinationsPath, 1), Pair(customShortcutActionsPath, 1),
+                            Pair(viewPresetsPath, 1)));
+}
+
+TEST_F(FinderExtensionTest, ClickOnAnIntactItemReadsNoSettings) {
+    FinderExtension extension;
+    const MenuItem item = extension.menu(MenuKind::contextualMenuForItems)
+                              .items[0]
+                              .submenu->items[0]
+                              .submenu->items[0];
+    platform().reads.clear();
+    extension.performFeatureChild(item);
+    EXPECT_THAT(platform().reads, IsEmpty());
+    EXPECT_THAT(platform().filesBelow(queuePath), SizeIs(1));
 }
 
 }  // namespace

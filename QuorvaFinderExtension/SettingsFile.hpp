@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Platform/FileURL.hpp"
+#include "Platform/PropertyList.hpp"
+
+/// What the readers of the settings files share.
+namespace quorva {
+
+/// How large a settings file may be, in bytes. Real ones have a few thousand; the limit is what
+/// keeps whatever lies in a settings file's place from filling the memory of Finder's helper.
+inline constexpr std::size_t settingsFileByteLimit = std::size_t{64} * 1024 * 1024;
+
+/// The file `fileName` in the folder where the containing application keeps the settings:
+/// "Library/Application Support/Quorva" in the home folder.
+[[nodiscard]] FileURL settingsFileURL(std::string_view fileName);
+
+/// The property list in the file at `url`, read afresh. Absent when there is no such file, when
+/// what stands there is not a regular file, is too large, or can't be read or parsed.
+[[nodiscard]] std::optional<PropertyList> propertyListInFile(const FileURL& url);
+
+/// `value` as a list of dictionaries of strings, as the entries of the settings files are. Null
+/// when it has any other shape, be it by one value. Lives as long as `value`.
+[[nodiscard]] const PropertyList::Array* stringDictionaries(const PropertyList& value);
+
+/// The string under `key`. Null when there is none, or when the value is not a string.
+[[nodiscard]] const std::string* stringForKey(const PropertyList::Dictionary& dictionary,
+                                              std::string_view key);
+
+}  // namespace quorva

@@ -1,0 +1,47 @@
+#include "QuorvaFinderExtension/SettingsReading.hpp"
+
+#include <cstddef>
+#include <utility>
+
+namespace quorva {
+
+namespace {
+
+/// What `value` holds, made by `read` where it holds nothing yet.
+template <typename Value, typename Read>
+const Value& valueOrRead(std::optional<Value>& value, Read read) {
+    if (!value) {
+        value.emplace(read());
+    }
+    return *value;
+}
+
+}  // namespace
+
+const FinderMenuSettings& SettingsReading::menuSettings() const {
+    return valueOrRead(menuSettings_, FinderFeatureSettings::menuSettings);
+}
+
+const FinderCustomDestinationFile& SettingsReading::destinationFile() const {
+    return valueOrRead(destinationFile_, [] { return FinderCustomDestinationFile(); });
+}
+
+const std::vector<FinderCustomDestination>& SettingsReading::destinations(
+    FinderCustomDestinationKind kind) const {
+    return valueOrRead(destinations_.at(static_cast<std::size_t>(std::to_underlying(kind))),
+                       [&] { return destinationFile().destinations(kind); });
+}
+
+bool SettingsReading::hasDefaultDestinations(FinderCustomDestinationKind kind) const {
+    return destinationFile().hasDefaults(kind);
+}
+
+const std::vector<FinderCustomShortcutAction>& SettingsReading::customActions() const {
+    return valueOrRead(customActions_, FinderCustomShortcutActionSettings::actions);
+}
+
+const std::vector<FinderViewPresetSetting>& SettingsReading::viewPresets() const {
+    return valueOrRead(viewPresets_, FinderViewPresetSettings::presets);
+}
+
+}  // namespace quorva

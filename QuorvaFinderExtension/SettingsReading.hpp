@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <vector>
+
+#include "QuorvaFinderExtension/FinderCustomDestinations.hpp"
+#include "QuorvaFinderExtension/FinderCustomShortcutActions.hpp"
+#include "QuorvaFinderExtension/FinderFeatureSettings.hpp"
+#include "QuorvaFinderExtension/FinderViewPresetSettings.hpp"
+
+namespace quorva {
+
+/// The settings as one menu request or one click finds them. Each file is read when it is first
+/// asked for and not again, so that what is built from a reading never mixes two versions of a
+/// file. Made for one request and gone with it: the next one reads anew.
+///
+/// The references that it returns live as long as the reading. Used from one thread.
+class SettingsReading {
+ public:
+    SettingsReading() = default;
+    SettingsReading(const SettingsReading&) = delete;
+    SettingsReading& operator=(const SettingsReading&) = delete;
+
+    [[nodiscard]] const FinderMenuSettings& menuSettings() const;
+    [[nodiscard]] const std::vector<FinderCustomDestination>& destinations(
+        FinderCustomDestinationKind kind) const;
+    /// Whether those of `kind` are the built-in defaults and not the user's.
+    [[nodiscard]] bool hasDefaultDestinations(FinderCustomDestinationKind kind) const;
+    [[nodiscard]] const std::vector<FinderCustomShortcutAction>& customActions() const;
+    [[nodiscard]] const std::vector<FinderViewPresetSetting>& viewPresets() const;
+
+ private:
+    const FinderCustomDestinationFile& destinationFile() const;
+
+    mutable std::optional<FinderMenuSettings> menuSettings_;
+    mutable std::optional<FinderCustomDestinationFile> destinationFile_;
+    mutable std::array<std::optional<std::vector<FinderCustomDestination>>,
+                       allFinderCustomDestinationKinds.size()>
+        destinations_;
+    mutable std::optional<std::vector<FinderCustomShortcutAction>> customActions_;
+    mutable std::optional<std::vector<FinderViewPresetSetting>> viewPresets_;
+};
+
+}  // namespace quorva
