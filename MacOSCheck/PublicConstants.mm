@@ -9,7 +9,7 @@
 #include <type_traits>
 
 #include "Platform/FileManager.hpp"
-#include "QuorvaFinderExtension/FinderSync.hpp"
+#include "QuorvaFinderExtension/MenuRequest.hpp"
 
 static_assert(std::is_same_v<NSUInteger, unsigned long>);
 static_assert(std::is_same_v<NSInteger, long>);
@@ -105,7 +105,7 @@ constexpr bool sameValue(System system, Core core) {
 }  // namespace
 
 using quorva::MenuKind;
-using quorva::SearchPathDirectory;
+using quorva::platform::SearchPathDirectory;
 
 static_assert(sameValue(NSDocumentDirectory, SearchPathDirectory::documents));
 static_assert(sameValue(NSDesktopDirectory, SearchPathDirectory::desktop));

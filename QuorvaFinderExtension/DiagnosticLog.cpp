@@ -38,7 +38,7 @@ void write(std::string line, const FileURL& url) {
         if (Result<platform::FileHandle> handle = platform::FileHandle::forAppendingToURL(url)) {
             // A full disk may have torn the line before; this one still begins on its own.
             if (handle->lastByte().value_or('\n') != '\n') {
-                line.insert(0, 1, '\n');
+                line.insert(0, "\n", 1);
             }
             static_cast<void>(handle->write(line));
             return;

@@ -296,7 +296,7 @@ class CommandsTest(unittest.TestCase):
             "application extension: the executable was linked without -fapplication-extension",
             lines,
         )
-        for source in ("Cocoa/FinderSync.mm", "QuorvaFinderExtension/FinderSync.cpp"):
+        for source in ("Cocoa/FinderSync.mm", "QuorvaFinderExtension/FinderExtension.cpp"):
             self.assertTrue(any(f"{source} was compiled without" in line for line in lines), source)
 
     def test_a_link_without_the_entry_is_named(self):
