@@ -19,8 +19,8 @@ namespace quorva {
 /// that does not fit `std::int64_t`, is a real; every other is an integer.
 [[nodiscard]] Result<PropertyList> propertyList(id object);
 
-/// The entries of `dictionary`, but for those that go beyond a limit. Nothing when `dictionary` is nil,
-/// is not a dictionary, or has a key that is not a string.
+/// The entries of `dictionary`, but for those that go beyond a limit. Nothing when `dictionary` is
+/// nil, is not a dictionary, or has a key that is not a string.
 [[nodiscard]] std::optional<PropertyList::Dictionary> propertyListEntries(id dictionary);
 
 /// Makes Foundation objects of property lists. An array that several of them share is made once; so

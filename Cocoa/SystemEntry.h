@@ -6,6 +6,7 @@
 
 #include "Cocoa/ErrorConversion.h"
 #include "QuorvaFinderExtension/Containment.hpp"
+#include "QuorvaFinderExtension/DiagnosticLog.hpp"
 
 namespace quorva {
 
@@ -23,7 +24,8 @@ void enterFromSystem(std::string_view operation, Body body) {
             @try {
                 body();
             } @catch (NSException* exception) {
-                logFailure(operation, platformError(exception).localizedDescription);
+                appendFailureToDiagnosticLog(operation,
+                                             platformError(exception).localizedDescription);
             }
         });
     }

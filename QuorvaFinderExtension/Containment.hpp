@@ -5,9 +5,6 @@
 /// Keeping what is thrown from whoever called.
 namespace quorva {
 
-/// Writes to the diagnostic log that `operation` failed and why.
-void logFailure(std::string_view operation, std::string_view description) noexcept;
-
 /// Calls `function` with `argument`, and lets nothing that it throws out: what it throws is written
 /// to the diagnostic log as the failure of `operation`.
 void callContained(std::string_view operation, void (*function)(void* argument),

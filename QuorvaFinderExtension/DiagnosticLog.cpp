@@ -62,15 +62,26 @@ void appendToFiles(std::string_view message) {
     write(line, folder.appendingFile(diagnosticLogFileName));
 }
 
-}  // namespace
-
-void appendDiagnosticLog(std::string_view message) noexcept {
+/// Appends what `makeMessage` returns.
+template <typename MakeMessage>
+void appendContained(MakeMessage makeMessage) noexcept {
     try {
-        appendToFiles(message);
+        appendToFiles(makeMessage());
     } catch (...) {
         // Out of memory, most likely: the caller's work matters more than its line.
         return;
     }
+}
+
+}  // namespace
+
+void appendDiagnosticLog(std::string_view message) noexcept {
+    appendContained([message] { return message; });
+}
+
+void appendFailureToDiagnosticLog(std::string_view operation,
+                                  std::string_view description) noexcept {
+    appendContained([&] { return std::string(operation).append(" failed: ").append(description); });
 }
 
 std::string bracketedList(const std::vector<std::string>& strings) {

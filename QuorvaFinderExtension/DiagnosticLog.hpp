@@ -28,6 +28,10 @@ inline constexpr std::string_view diagnosticLogFileName = "FinderExtension.log";
 /// of the other is lost. After a line that a full disk tore, the next begins on a line of its own.
 void appendDiagnosticLog(std::string_view message) noexcept;
 
+/// Appends that `operation` failed and why.
+void appendFailureToDiagnosticLog(std::string_view operation,
+                                  std::string_view description) noexcept;
+
 /// `["a", "b"]`: the form in which messages show lists. Nothing is escaped.
 [[nodiscard]] std::string bracketedList(const std::vector<std::string>& strings);
 

@@ -62,6 +62,10 @@ TEST_F(FinderCustomDestinationsTest, RawValuesAreTheKeysOfTheFile) {
     EXPECT_EQ(rawValue(Kind::move), "move");
     EXPECT_EQ(rawValue(Kind::quickOpen), "quickOpen");
     EXPECT_EQ(rawValue(Kind::openApplication), "openApplication");
+    for (const Kind kind : allFinderCustomDestinationKinds) {
+        EXPECT_EQ(finderCustomDestinationKindWithRawValue(rawValue(kind)), kind);
+    }
+    EXPECT_EQ(finderCustomDestinationKindWithRawValue("Copy"), std::nullopt);
 }
 
 TEST_F(FinderCustomDestinationsTest, DestinationsAreComparedByEveryField) {

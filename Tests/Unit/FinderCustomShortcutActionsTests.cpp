@@ -30,6 +30,27 @@ TEST_F(FinderCustomShortcutActionsTest, ActionsAreComparedByEveryField) {
                                                                   {"i", "n", script, "s", "x"}});
 }
 
+TEST_F(FinderCustomShortcutActionsTest, EqualActionsHaveOneHashAndEveryFieldGoesIntoIt) {
+    using enum Action::Kind;
+    const std::hash<Action> hash;
+    const Action action = {"i", "n", script, "s", "p"};
+    EXPECT_EQ(hash(action), hash(Action(action)));
+    for (const Action& other :
+         {Action{"x", "n", script, "s", "p"}, Action{"i", "x", script, "s", "p"},
+          Action{"i", "n", shortcut, "s", "p"}, Action{"i", "n", script, "x", "p"},
+          Action{"i", "n", script, "s", "x"}, Action{"n", "i", script, "s", "p"}}) {
+        EXPECT_NE(hash(action), hash(other));
+    }
+}
+
+TEST_F(FinderCustomShortcutActionsTest, KindsAreMatchedByTheirRawValuesToTheLetter) {
+    EXPECT_EQ(rawValue(Action::Kind::shortcut), "shortcut");
+    EXPECT_EQ(rawValue(Action::Kind::script), "script");
+    EXPECT_EQ(finderCustomShortcutActionKindWithRawValue("shortcut"), Action::Kind::shortcut);
+    EXPECT_EQ(finderCustomShortcutActionKindWithRawValue("script"), Action::Kind::script);
+    EXPECT_EQ(finderCustomShortcutActionKindWithRawValue("Script"), std::nullopt);
+}
+
 TEST_F(FinderCustomShortcutActionsTest, NoFileGivesNoActions) {
     EXPECT_THAT(actions(), IsEmpty());
 }

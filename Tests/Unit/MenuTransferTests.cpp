@@ -201,6 +201,13 @@ TEST_F(MenuTransferTest, CommandNamedLikeACustomActionThatIsNotShownIsToldFromIt
                 ElementsAre(Entry{"合并 PDF", 1, "mergePDFs", ""}));
 }
 
+TEST_F(MenuTransferTest, CommandsThatATranslationGivesOneTitleAreToldApart) {
+    show({"pdfTools"});
+    platform().translations = {{"合并 PDF", "PDF"}, {"拆分 PDF", "PDF"}};
+    EXPECT_THAT(arrivals(handedOutMenu(), "PDF"),
+                ElementsAre(Entry{"PDF", 0, "mergePDFs", ""}, Entry{"PDF", 1, "splitPDFs", ""}));
+}
+
 TEST_F(MenuTransferTest, CustomActionApplicationAndPlaceOfOneNameAreToldApart) {
     show({"quickOpen", "openWith", "customActions"});
     putDestinations({{"quickOpen", list({destination("q", "编辑", "/q")})},
