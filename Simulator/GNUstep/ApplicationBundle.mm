@@ -3,9 +3,7 @@
 NSDictionary* simulator::infoDictionaryOfBundle(NSString* path) {
     NSString* infoPath = [path stringByAppendingPathComponent:@"Contents/Info.plist"];
     NSError* error = nil;
-    NSData* data = [NSData dataWithContentsOfURL:[NSURL fileURLWithPath:infoPath isDirectory:NO]
-                                         options:0
-                                           error:&error];
+    NSData* data = [NSData dataWithContentsOfFile:infoPath];
     id info = data == nil ? nil
                           : [NSPropertyListSerialization propertyListWithData:data
                                                                       options:0

@@ -61,32 +61,6 @@ int writeAtomically(NSData* data, const std::filesystem::path& path) {
 
 @implementation NSData (FoundationOfMacOS)
 
-+ (instancetype)dataWithContentsOfURL:(NSURL*)url
-                              options:(NSDataReadingOptions)options
-                                error:(NSError**)error {
-    (void)options;
-    NSString* path = url.path;
-    const int descriptor = open(path.UTF8String, O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) {
-        simulator::failWithFileError(errno, path, error);
-        return nil;
-    }
-    NSMutableData* data = [NSMutableData data];
-    char buffer[65536];
-    ssize_t count = 0;
-    while ((count = read(descriptor, buffer, sizeof buffer)) != 0) {
-        if (count > 0) {
-            [data appendBytes:buffer length:static_cast<NSUInteger>(count)];
-        } else if (errno != EINTR) {
-            simulator::failWithFileError(errno, path, error);
-            data = nil;
-            break;
-        }
-    }
-    close(descriptor);
-    return data;
-}
-
 /// macOS: answers an error with every NO, and leaves no temporary file behind. GNUstep answers
 /// nil for the error and prints it on the console instead.
 - (BOOL)writeToURL:(NSURL*)url options:(NSUInteger)options error:(NSError**)error {

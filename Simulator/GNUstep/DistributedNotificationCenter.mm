@@ -1,77 +1,326 @@
 #import <Foundation/Foundation.h>
+#include <pthread.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
-#include <optional>
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstddef>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
-#include "Simulator/EventRecorder.hpp"
-#import "Simulator/GNUstep/MethodExchange.h"
+#import "Cocoa/ObjectHolder.h"
+#import "Simulator/GNUstep/PostedNotification.h"
+
+// macOS: a daemon passes notifications between the processes of a user, and neither posting nor
+// observing fails. GNUstep's daemon dies of a few dozen quick notifications, and who waits for it
+// waits for good. Here each process that observes listens on a socket of its own, and whoever posts
+// writes to all of them. The sockets' names are abstract: they end with their process.
 
 namespace {
 
-std::optional<std::string> jsonText(NSDictionary* userInfo) {
-    if (userInfo == nil) {
-        return std::nullopt;
+using quorva::ObjectHolder;
+
+/// The beginning of the sockets' names. The processes of one user that have one temporary folder
+/// hear one another.
+std::string socketPrefix() {
+    std::error_code error;
+    const std::string folder = std::filesystem::temp_directory_path(error);
+    return "quorva-notifications-" + std::to_string(geteuid()) + "-" +
+           std::to_string(std::hash<std::string>()(folder)) + "-";
+}
+
+std::string ownSocketName() {
+    return socketPrefix() + std::to_string(getpid());
+}
+
+/// The names of the sockets that listen.
+std::set<std::string> socketNames() {
+    const std::string prefix = "@" + socketPrefix();
+    std::set<std::string> names;
+    std::ifstream sockets("/proc/net/unix");
+    for (std::string line; std::getline(sockets, line);) {
+        if (const std::size_t name = line.find(prefix); name != std::string::npos) {
+            names.insert(line.substr(name + 1));
+        }
     }
-    NSError* error = nil;
-    NSData* data = [NSJSONSerialization dataWithJSONObject:userInfo options:0 error:&error];
-    return std::string(static_cast<const char*>(data.bytes), data.length);
+    return names;
+}
+
+/// Calls `bind` or `connect` with the address of that name.
+template <typename Operation>
+bool perform(Operation operation, int descriptor, const std::string& name) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::size_t length = name.copy(address.sun_path + 1, sizeof address.sun_path - 1);
+    return operation(descriptor, reinterpret_cast<const sockaddr*>(&address),
+                     static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + length)) == 0;
+}
+
+/// Nobody waits for a process that hangs for longer than this.
+void limitWaiting(int descriptor) {
+    constexpr timeval limit{2, 0};
+    setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+    setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+}
+
+/// Whether the process at the other end belongs to this user: any user may take any name.
+bool isConnectedToOwnUser(int descriptor) {
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    return getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 &&
+           peer.uid == geteuid();
+}
+
+bool sendAll(int descriptor, NSData* message) {
+    const char* bytes = static_cast<const char*>(message.bytes);
+    for (NSUInteger sent = 0; sent < message.length;) {
+        const ssize_t count = send(descriptor, bytes + sent, message.length - sent, MSG_NOSIGNAL);
+        if (count < 0 && errno != EINTR) {
+            return false;
+        }
+        sent += count < 0 ? 0 : static_cast<NSUInteger>(count);
+    }
+    return true;
+}
+
+void sendMessage(NSData* message, const std::string& name) {
+    const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    limitWaiting(descriptor);
+    const bool isSent = perform(connect, descriptor, name) && isConnectedToOwnUser(descriptor) &&
+                        sendAll(descriptor, message);
+    // The process may have ended since its name was read.
+    if (!isSent && errno != ECONNREFUSED && errno != EPIPE && errno != ECONNRESET) {
+        NSLog(@"a notification did not reach the process %s: %s",
+              name.substr(name.rfind('-') + 1).c_str(), std::strerror(errno));
+    }
+    close(descriptor);
+}
+
+/// What the next process that connects sends; nil when that is nothing.
+NSData* nextMessage(int listener) {
+    const int descriptor = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+    if (descriptor < 0) {
+        usleep(10'000);  // Out of descriptors, for one.
+        return nil;
+    }
+    limitWaiting(descriptor);
+    NSMutableData* message = [NSMutableData data];
+    char buffer[65536];
+    ssize_t count = isConnectedToOwnUser(descriptor) ? 1 : -1;
+    while (count > 0 && (count = read(descriptor, buffer, sizeof buffer)) > 0) {
+        [message appendBytes:buffer length:static_cast<NSUInteger>(count)];
+    }
+    close(descriptor);
+    return count == 0 ? message : nil;
+}
+
+bool admits(NSString* expected, NSString* actual) {
+    return expected == nil || [expected isEqual:actual];
+}
+
+struct Observation {
+    id observer;
+    SEL selector;
+    ObjectHolder<NSString> name;
+    ObjectHolder<NSString> object;
+    NSNotificationSuspensionBehavior behavior;
+    std::vector<ObjectHolder<NSNotification>> held;
+
+    [[nodiscard]] bool matches(NSNotification* notification) const {
+        return admits(name.get(), notification.name) && admits(object.get(), notification.object);
+    }
+
+    void hold(NSNotification* notification) {
+        if (behavior == NSNotificationSuspensionBehaviorDrop) {
+            return;
+        }
+        if (behavior == NSNotificationSuspensionBehaviorCoalesce) {
+            std::erase_if(held, [&](const auto& earlier) {
+                return [earlier.get().name isEqual:notification.name] &&
+                       (earlier.get().object == notification.object ||
+                        [earlier.get().object isEqual:notification.object]);
+            });
+        }
+        held.emplace_back(notification);
+    }
+};
+
+/// In the order of registration. They and the suspension belong to the main thread.
+std::map<unsigned long, Observation>& observations() {
+    static auto& map = *new std::map<unsigned long, Observation>();
+    return map;
+}
+
+bool isSuspended = false;
+
+/// Calls `operation` for each observation, any of which may be removed meanwhile.
+void forEachObservation(const std::function<void(Observation&)>& operation) {
+    std::vector<unsigned long> numbers;
+    for (const auto& [number, observation] : observations()) {
+        numbers.push_back(number);
+    }
+    for (const unsigned long number : numbers) {
+        if (const auto found = observations().find(number); found != observations().end()) {
+            operation(found->second);
+        }
+    }
+}
+
+void deliverHeld() {
+    forEachObservation([](Observation& observation) {
+        const id observer = observation.observer;
+        const SEL selector = observation.selector;
+        for (const auto& notification : std::exchange(observation.held, {})) {
+            [observer performSelector:selector withObject:notification.get()];
+        }
+    });
+}
+
+void deliver(NSNotification* notification, bool immediately) {
+    const auto isImmediate = [&](const Observation& observation) {
+        return immediately ||
+               observation.behavior == NSNotificationSuspensionBehaviorDeliverImmediately;
+    };
+    // As if the suspension ended for a moment: what is held comes first.
+    if (std::ranges::any_of(observations(), [&](const auto& entry) {
+            return isImmediate(entry.second) && entry.second.matches(notification);
+        })) {
+        deliverHeld();
+    }
+    forEachObservation([&](Observation& observation) {
+        if (!observation.matches(notification)) {
+            return;
+        }
+        if (isSuspended && !isImmediate(observation)) {
+            return observation.hold(notification);
+        }
+        [observation.observer performSelector:observation.selector withObject:notification];
+    });
 }
 
 }  // namespace
 
 @interface NSDistributedNotificationCenter (Simulator)
-- (void)simulatorPostNotificationName:(NSString*)name
-                               object:(NSString*)object
-                             userInfo:(NSDictionary*)userInfo
-                   deliverImmediately:(BOOL)deliverImmediately;
-- (void)simulatorAddObserver:(id)observer
-                    selector:(SEL)selector
-                        name:(NSString*)name
-                      object:(NSString*)object
-          suspensionBehavior:(NSNotificationSuspensionBehavior)behavior;
+- (void)simulatorListen;
+- (void)simulatorListenOn:(NSNumber*)listener;
+- (void)simulatorReceive:(NSData*)message;
 @end
 
-/// macOS: the daemon is always there, and neither posting nor observing fails. GNUstep raises when
-/// it can't reach or start its daemon. What is posted is recorded first.
 @implementation NSDistributedNotificationCenter (Simulator)
 
-+ (void)load {
-    simulator::exchangeMethods(
-        self, @selector(postNotificationName:object:userInfo:deliverImmediately:),
-        @selector(simulatorPostNotificationName:object:userInfo:deliverImmediately:));
-    simulator::exchangeMethods(
-        self, @selector(addObserver:selector:name:object:suspensionBehavior:),
-        @selector(simulatorAddObserver:selector:name:object:suspensionBehavior:));
+- (void)addObserver:(id)observer
+              selector:(SEL)selector
+                  name:(NSString*)name
+                object:(NSString*)object
+    suspensionBehavior:(NSNotificationSuspensionBehavior)behavior {
+    static unsigned long count = 0;
+    observations().emplace(++count, Observation{observer,
+                                                selector,
+                                                ObjectHolder<NSString>(name),
+                                                ObjectHolder<NSString>(object),
+                                                behavior,
+                                                {}});
+    [self simulatorListen];
 }
 
-- (void)simulatorPostNotificationName:(NSString*)name
-                               object:(NSString*)object
-                             userInfo:(NSDictionary*)userInfo
-                   deliverImmediately:(BOOL)deliverImmediately {
+- (void)removeObserver:(id)observer name:(NSString*)name object:(NSString*)object {
+    std::erase_if(observations(), [&](const auto& entry) {
+        return entry.second.observer == observer && admits(name, entry.second.name.get()) &&
+               admits(object, entry.second.object.get());
+    });
+}
+
+- (void)postNotificationName:(NSString*)name
+                      object:(NSString*)object
+                    userInfo:(NSDictionary*)userInfo
+          deliverImmediately:(BOOL)deliverImmediately {
     @try {
-        simulator::recordNotification(name.UTF8String, jsonText(userInfo));
-        [self simulatorPostNotificationName:name
-                                     object:object
-                                   userInfo:userInfo
-                         deliverImmediately:deliverImmediately];
+        if (&simulator::recordPostedNotification != nullptr) {
+            simulator::recordPostedNotification(name, object, userInfo, deliverImmediately);
+        }
+        NSData* message = [NSArchiver
+            archivedDataWithRootObject:[NSArray arrayWithObjects:@(deliverImmediately), name,
+                                                                 userInfo == nil ? @{} : userInfo,
+                                                                 object, nil]];
+        for (const std::string& socketName : socketNames()) {
+            if (socketName != ownSocketName()) {
+                sendMessage(message, socketName);
+            }
+        }
+        [self performSelectorOnMainThread:@selector(simulatorReceive:)
+                               withObject:message
+                            waitUntilDone:NO];
     } @catch (NSException* exception) {
         NSLog(@"notification %@ was not delivered: %@", name, exception.reason);
     }
 }
 
-- (void)simulatorAddObserver:(id)observer
-                    selector:(SEL)selector
-                        name:(NSString*)name
-                      object:(NSString*)object
-          suspensionBehavior:(NSNotificationSuspensionBehavior)behavior {
+- (BOOL)suspended {
+    return isSuspended;
+}
+
+- (void)setSuspended:(BOOL)suspended {
+    isSuspended = suspended;
+    if (!suspended) {
+        deliverHeld();
+    }
+}
+
+/// Begins to listen for other processes, once.
+- (void)simulatorListen {
+    static int listener = -1;
+    if (listener >= 0) {
+        return;
+    }
+    listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     @try {
-        [self simulatorAddObserver:observer
-                          selector:selector
-                              name:name
-                            object:object
-                suspensionBehavior:behavior];
+        if (!perform(bind, listener, ownSocketName()) || listen(listener, SOMAXCONN) != 0) {
+            NSLog(@"notifications of other processes are not observed: %s", std::strerror(errno));
+            return;
+        }
+        [NSThread detachNewThreadSelector:@selector(simulatorListenOn:)
+                                 toTarget:self
+                               withObject:@(listener)];
     } @catch (NSException* exception) {
-        NSLog(@"notification %@ is not observed: %@", name, exception.reason);
+        NSLog(@"notifications of other processes are not observed: %@", exception.reason);
+    }
+}
+
+- (void)simulatorListenOn:(NSNumber*)listener {
+    sigset_t signals;
+    sigfillset(&signals);
+    pthread_sigmask(SIG_SETMASK, &signals, nullptr);
+    while (true) {
+        @autoreleasepool {
+            if (NSData* message = nextMessage(listener.intValue)) {
+                [self performSelectorOnMainThread:@selector(simulatorReceive:)
+                                       withObject:message
+                                    waitUntilDone:NO];
+            }
+        }
+    }
+}
+
+- (void)simulatorReceive:(NSData*)message {
+    @try {
+        NSArray* parts = [NSUnarchiver unarchiveObjectWithData:message];
+        NSDictionary* userInfo = [parts objectAtIndex:2];
+        deliver([NSNotification notificationWithName:[parts objectAtIndex:1]
+                                              object:parts.count > 3 ? [parts objectAtIndex:3] : nil
+                                            userInfo:userInfo.count > 0 ? userInfo : nil],
+                [[parts objectAtIndex:0] boolValue]);
+    } @catch (NSException* exception) {
+        NSLog(@"a notification was not delivered: %@", exception.reason);
     }
 }
 

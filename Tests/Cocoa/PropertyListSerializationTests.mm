@@ -56,6 +56,16 @@ TEST_F(WrittenPropertyLists, AreReadInBothEncodings) {
     EXPECT_EQ(propertyListWithData(data("mark.xml")), PropertyList("text"));
 }
 
+TEST_F(WrittenPropertyLists, AreReadWithNULs) {
+    const std::string text("a\0b", 3);
+    EXPECT_EQ(propertyListWithData(data("keyWithNUL.binary")),
+              PropertyList(PropertyList::Dictionary{{text, "c"}}));
+    EXPECT_EQ(propertyListWithData(data("wideKeyWithNUL.binary")),
+              PropertyList(PropertyList::Dictionary{{std::string("a\0", 2), "c"}}));
+    EXPECT_EQ(propertyListWithData(data("textWithNUL.binary")),
+              PropertyList(PropertyList::Array{text}));
+}
+
 TEST_F(WrittenPropertyLists, AreReadWithAHundredThousandEntries) {
     for (const char* name : {"many.xml", "many.binary"}) {
         const auto list = propertyListWithData(data(name));
@@ -71,6 +81,8 @@ TEST_F(WrittenPropertyLists, AreReadWithAMegabyteOfReferences) {
         expected += "&<>";
     }
     EXPECT_EQ(propertyListWithData(data("references.xml")), PropertyList(expected));
+    EXPECT_EQ(propertyListWithData(data("numericReferences.xml")),
+              PropertyList(std::string(400'000, '&')));
     EXPECT_EQ(propertyListWithData(quorva::dataWithText(
                   "<plist version=\"1.0\"><string>a&amp;<![CDATA[&amp;<b>]]>&quot;&#65;&apos;"
                   "</string></plist>")),
@@ -80,6 +92,35 @@ TEST_F(WrittenPropertyLists, AreReadWithAMegabyteOfReferences) {
 TEST_F(WrittenPropertyLists, AreReadWhenTheyAreDeepButWithinTheLimit) {
     EXPECT_TRUE(propertyListWithData(data("deep500.binary")));
     EXPECT_TRUE(propertyListWithData(data("deep500.xml")));
+}
+
+TEST_F(WrittenPropertyLists, AreReadWithoutWhatIsTooDeep) {
+    for (const char* name : {"tooDeep.binary", "tooDeep.xml"}) {
+        auto list = propertyListWithData(data(name));
+        ASSERT_TRUE(list) << name;
+        const PropertyList* level = &*list;
+        std::size_t depth = 1;
+        while (level->array() != nullptr) {
+            ASSERT_EQ(level->array()->size(), 1u);
+            level = &level->array()->front();
+            ++depth;
+        }
+        EXPECT_EQ(*level, PropertyList(PropertyList::Unsupported()));
+        EXPECT_EQ(depth, quorva::propertyListDepthLimit + 1);
+    }
+    EXPECT_TRUE(propertyListWithData(data("tooDeepHidden.xml")));
+}
+
+TEST_F(WrittenPropertyLists, AreReadWholeWhereASharedArrayIsNotTooDeep) {
+    const auto list = propertyListWithData(data("shared.binary"));
+    ASSERT_TRUE(list && list->array() != nullptr && list->array()->size() == 2);
+    EXPECT_EQ(list->array()->at(1), PropertyList(PropertyList::Array{PropertyList::Array{"a"}}));
+}
+
+TEST_F(WrittenPropertyLists, AreReadWithValuesOfOtherClasses) {
+    const PropertyList expected = PropertyList::Dictionary{{"a", PropertyList::Unsupported()}};
+    EXPECT_EQ(propertyListWithData(data("uid.binary")), expected);
+    EXPECT_EQ(propertyListWithData(data("set.binary")), expected);
 }
 
 TEST_F(WrittenPropertyLists, AreAnErrorWhenTheyAreHostile) {
@@ -93,7 +134,7 @@ TEST_F(WrittenPropertyLists, AreAnErrorWhenTheyAreHostile) {
             EXPECT_TRUE(list || !list.error().localizedDescription.empty()) << name;
         }
     }
-    EXPECT_EQ(count, 35);
+    EXPECT_EQ(count, 27);
 }
 
 TEST_F(WrittenPropertyLists, AreNoDictionaryWhenTruncatedAnywhere) {

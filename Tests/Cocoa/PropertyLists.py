@@ -43,6 +43,11 @@ def wide_array(references):
     return b"\xaf\x12" + struct.pack(">I", len(references)) + bytes(references)
 
 
+def array_of(*references):
+    """An array with references of four bytes."""
+    return bytes([0xA0 | len(references)]) + struct.pack(f">{len(references)}I", *references)
+
+
 def deep_binary(depth):
     objects = [b"\xa1" + struct.pack(">I", index + 1) for index in range(depth)] + [b"\x51a"]
     return binary(objects, reference_size=4)
@@ -75,6 +80,11 @@ def main():
         "settings.xml": plistlib.dumps(SETTINGS, fmt=plistlib.FMT_XML),
         "settings.binary": plistlib.dumps(SETTINGS, fmt=plistlib.FMT_BINARY),
         "references.xml": plistlib.dumps("&<>" * 300_000, fmt=plistlib.FMT_XML),
+        "numericReferences.xml": b'<plist version="1.0"><string>' + b"&#38;" * 400_000
+        + b"</string></plist>",
+        "keyWithNUL.binary": binary([b"\xd1\x01\x02", b"\x53a\x00b", b"\x51c"]),
+        "wideKeyWithNUL.binary": binary([b"\xd1\x01\x02", b"\x62\x00a\x00\x00", b"\x51c"]),
+        "textWithNUL.binary": binary([b"\xa1\x01", b"\x53a\x00b"]),
         "mark.xml": b"\xef\xbb\xbf" + plistlib.dumps("text", fmt=plistlib.FMT_XML),
         "text.xml": plistlib.dumps("text", fmt=plistlib.FMT_XML),
         "text.binary": plistlib.dumps("text", fmt=plistlib.FMT_BINARY),
@@ -85,8 +95,15 @@ def main():
         ),
         "deep500.binary": deep_binary(500),
         "deep500.xml": deep_xml(500),
+        "uid.binary": plistlib.dumps({"a": plistlib.UID(1)}, fmt=plistlib.FMT_BINARY),
+        "tooDeep.binary": deep_binary(100_000),
+        "tooDeep.xml": deep_xml(100_000),
+        "tooDeepHidden.xml": hidden_deep_xml(100_000),
+        "set.binary": binary([b"\xd1\x01\x02", b"\x51a", b"\xc0"]),
+        # Shared by a level just within the limit and by one that is beyond it.
+        "shared.binary": binary([array_of(1, 511), *(array_of(i + 1) for i in range(1, 513)),
+                                 b"\x51a"], reference_size=4),
         # From here on nothing is to be read.
-        "bad.uid": plistlib.dumps({"a": plistlib.UID(1)}, fmt=plistlib.FMT_BINARY),
         "bad.self": binary([array(0)]),
         "bad.cycle": binary([array(1), array(2), array(0)]),
         "bad.dictionaryCycle": binary([b"\xd1\x01\x00", b"\x51a"]),
@@ -98,14 +115,9 @@ def main():
                               + [b"\x51a"]),
         "bad.textBomb": binary([b"\xaf\x12" + struct.pack(">I", 100_000) + b"\x01" * 100_000,
                                 b"\x5f\x12" + struct.pack(">I", 1_000_000) + b"a" * 1_000_000]),
-        "bad.keyWithNUL": binary([b"\xd1\x01\x02", b"\x53a\x00b", b"\x51c"]),
-        "bad.wideKeyWithNUL": binary([b"\xd1\x01\x02", b"\x62\x00a\x00\x00", b"\x51c"]),
-        "bad.textWithNUL": binary([b"\xa1\x01", b"\x53a\x00b"]),
         "bad.keyIsANumber": binary([b"\xd1\x01\x02", b"\x10\x01", b"\x51c"]),
         "bad.keyIsAnArray": binary([b"\xd1\x01\x02", b"\xa0", b"\x51c"]),
         "bad.XMLWithNUL": b'<plist version="1.0"><dict><key>a\0b</key><true/></dict></plist>',
-        "bad.numericReferences": b'<plist version="1.0"><string>' + b"&#38;" * 400_000
-        + b"</string></plist>",
         "bad.sharedReferences": binary([b"\xaf\x12" + struct.pack(">I", 60000) + b"\x01" * 60000]
                                        + [b"\xa1\x00"]),
         "bad.length": binary([b"\x5f\x13" + b"\xff" * 8]),
@@ -119,9 +131,6 @@ def main():
         "bad.offsets": plistlib.dumps("a", fmt=plistlib.FMT_BINARY)[:-8]
         + struct.pack(">Q", 2**64 - 1),
         "bad.trailer": b"bplist00" + b"\xff" * 32,
-        "bad.deepBinary": deep_binary(100_000),
-        "bad.deepXML": deep_xml(100_000),
-        "bad.hiddenDeepXML": hidden_deep_xml(100_000),
         "bad.openXML": deep_xml(100_000)[:500_000],
         "bad.deepText": b"(" * 100_000,
         "bad.deepTextDictionary": b"{a=" * 100_000,

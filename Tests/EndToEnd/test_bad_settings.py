@@ -233,10 +233,8 @@ class HostilePropertyListTest(BadSettingsTestCase):
         return record["title"]
 
     def test_a_name_with_a_zero_byte_is_shown_and_recorded_whole(self):
-        self.assertEqual(self.preset_named("一\0二"), "一\0二")
-
-    def test_a_name_with_a_zero_byte_that_would_be_cut_makes_the_file_unusable(self):
-        self.assertEqual(self.preset_named("one\0two"), "列表 · 最近修改")
+        for name in ("一\0二", "one\0two"):
+            self.assertEqual(self.preset_named(name), name)
 
     def test_zero_bytes_in_what_is_clicked_reach_the_record(self):
         self.extension.send({"title": "T", "representedObject": {
