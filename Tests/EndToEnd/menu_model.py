@@ -4,6 +4,8 @@ Nothing here shares code or tables with the extension. A menu is a value of the 
 extension's process answers, so a test compares whole menus.
 """
 
+import collections
+import functools
 import os
 import re
 from dataclasses import dataclass, field
@@ -77,11 +79,16 @@ class Settings:
     def features(self):
         return MenuSettings(self.feature_settings)
 
-    def destinations(self, kind):
+    def has_default_destinations(self, kind):
+        """Whether the list of the kind is not the user's own."""
         root = self.custom_destinations
         usable = isinstance(root, dict) and all(
             string_dictionaries(entries) is not None for entries in root.values())
-        if not usable or kind not in root:
+        return not usable or kind not in root
+
+    def destinations(self, kind):
+        root = self.custom_destinations
+        if self.has_default_destinations(kind):
             return self._default_destinations(kind)
         result = [entry for entry in root[kind]
                   if "id" in entry and "name" in entry and "path" in entry]
@@ -227,6 +234,17 @@ class Request:
 
 SEPARATOR = {"separator": True}
 
+CATALOGUE_IDS = {command[0] for commands in COMMANDS.values() for command in commands}
+
+# The lists of destinations whose entries have no identifier, by the action of those entries.
+DESTINATION_KINDS = {
+    "copyFilesToFolder": "copy", "moveFilesToFolder": "move", "quickOpenPath": "quickOpen"}
+
+
+def identity(entry):
+    """What tells one entry from another."""
+    return entry["actionID"], entry["destinationPath"]
+
 
 def plain_item(title, enabled=True, submenu=None):
     item = {
@@ -281,12 +299,35 @@ class MenuBuilder:
             return {"title": "Quorva", "items": [plain_item(
                 self._settings.translated("没有已启用功能"), enabled=False)]}
         items = self._expanded() if settings.layout == "expanded" else self._collapsed()
+        self._give_tags({"items": items})
         if settings.grouped:
             self.log.append(f"menu grouped under Quorva topLevel=1 submenuItems={len(items)}")
             items = [plain_item("Quorva", submenu=items)]
         else:
             self.log.append(f"menu topLevel={len(items)}")
         return {"title": "Quorva", "items": items}
+
+    def _give_tags(self, menu):
+        """Tags the entries that Finder's copy of the menu, without tags, would mix up."""
+        items = [item for _, item in actionable_items(menu)]
+        shown = collections.Counter(item["title"] for item in items)
+        meanings = ClickModel(self._settings)
+        tag = 0
+        for item in items:
+            entry = item["representedObject"]
+            meaning = meanings.of_title(item["title"])
+            if meaning is None:
+                mistakable = shown[item["title"]] > 1
+            elif identity(meaning) == identity(entry):
+                mistakable = False
+            else:
+                kind = DESTINATION_KINDS.get(entry["actionID"])
+                mistakable = not (
+                    meaning["actionID"] in CATALOGUE_IDS and kind is not None
+                    and self._settings.has_default_destinations(kind))
+            if mistakable and item["tag"] == 0:
+                tag += 1
+                item["tag"] = tag
 
     def unified_log(self, kind="items"):
         settings = self._menu_settings
@@ -397,34 +438,18 @@ class Click:
 
 
 class ClickModel:
-    """Resolves a clicked item against the settings of the moment."""
+    """Resolves a clicked item against the settings of the moment and the last menu, if any."""
 
-    def __init__(self, settings):
+    def __init__(self, settings, menu=None):
         self._settings = settings
+        self._shown = [] if menu is None else [item for _, item in actionable_items(menu)]
         self._log = []
-
-    def completed(self, item, menu):
-        """The item as the extension completes it, when `menu` is the last one that it gave."""
-        if item.get("representedObject") is not None:
-            return item
-        twins = [other for _, other in actionable_items(menu)
-                 if other["title"] == item["title"] and other["tag"] == item.get("tag", 0)]
-        if len(twins) == 1:
-            represented = twins[0]["representedObject"]
-            if represented["type"] == "FinderActionContext" and represented["actionID"] in (
-                    "copyFilesToFolder", "moveFilesToFolder", "quickOpenPath"):
-                return {**item, "representedObject": represented}
-        return item
-
-    def delivered_by_finder(self, item, menu):
-        """The item as Finder rebuilds it and the extension completes it."""
-        return self.completed({"title": item["title"], "tag": item["tag"]}, menu)
 
     def click(self, item, request):
         """What a click on `item` does while Finder answers with `request`."""
         title = item["title"]
         self._log = ["clicked sender=" + title]
-        found = self._resolve(item)
+        found = self._delivered(item)
         if found is None:
             self._log.append("missing context for sender=" + title)
             return Click(None, self._log)
@@ -441,6 +466,36 @@ class ClickModel:
             "targetedPath": targeted or "", "title": found["title"],
         }, self._log)
 
+    def of_title(self, title):
+        """What an item means that has nothing but this title."""
+        found, log = self._meanings_of_titles.get(title, (None, []))
+        self._log += log
+        return found
+
+    def _delivered(self, item):
+        """What an item means that may be Finder's copy of an entry of the last menu."""
+        bare = item.get("representedObject") is None and item.get("identifier") is None
+        if not bare:
+            return self._resolve(item)
+        title, tag = item["title"], item.get("tag", 0)
+        same = [shown for shown in self._shown if (shown["title"], shown["tag"]) == (title, tag)]
+        if same and (0 < tag < PRESET_TAG_BASE or self._names_another_preset(title, tag)):
+            return self._resolve(same[0])
+        found = self._resolve(item)
+        if found is None:
+            destinations = [shown["representedObject"] for shown in self._shown
+                            if shown["title"] == title
+                            and shown["representedObject"]["actionID"] in DESTINATION_KINDS]
+            if len(destinations) == 1:
+                return destinations[0]
+        return found
+
+    def _names_another_preset(self, title, tag):
+        """Whether the tag and the title are those of two presets."""
+        names = [preset["name"] for preset in self._settings.presets()]
+        index = tag - PRESET_TAG_BASE
+        return 0 <= index < len(names) and names[index] != title and title in names
+
     def _resolve(self, item):
         represented = item.get("representedObject")
         kind = represented["type"] if represented else None
@@ -449,7 +504,7 @@ class ClickModel:
         if kind == "dictionary":
             return self._from_dictionary(represented, item["title"])
         return (self._from_identifier(item.get("identifier")) or self._from_tag(item.get("tag", 0))
-                or self._from_title(item["title"]))
+                or self.of_title(item["title"]))
 
     @staticmethod
     def _from_dictionary(dictionary, item_title):
@@ -504,24 +559,24 @@ class ClickModel:
                          f" actionID={PRESET_PREFIX}{presets[index]['id']}")
         return self._preset(presets[index])
 
-    def _from_title(self, title):
+    @functools.cached_property
+    def _meanings_of_titles(self):
+        """Per title what it means, and the line that says how it was found."""
+        meanings = {}
         for prefix, action, name in self._settings.actions():
-            if name == title:
-                self._log.append(
-                    f"resolved custom action from title={title} actionID={prefix}{action}")
-                return context(prefix + action, title, "requiresSelection", Request())
+            meanings.setdefault(name, (
+                context(prefix + action, name, "requiresSelection", Request()),
+                [f"resolved custom action from title={name} actionID={prefix}{action}"]))
         for entry in self._settings.destinations("openApplication"):
-            if entry["name"] == title:
-                self._log.append(
-                    f"resolved open-with app from title={title} destination={entry['path']}")
-                return self._open_with(entry)
+            name = entry["name"]
+            meanings.setdefault(name, (self._open_with(entry), [
+                f"resolved open-with app from title={name} destination={entry['path']}"]))
         for preset in self._settings.presets():
-            if preset["name"] == title:
-                self._log.append(f"resolved view preset from title={title}"
-                                 f" actionID={PRESET_PREFIX}{preset['id']}")
-                return self._preset(preset)
+            name = preset["name"]
+            meanings.setdefault(name, (self._preset(preset), [
+                f"resolved view preset from title={name} actionID={PRESET_PREFIX}{preset['id']}"]))
         for _, _, commands in FEATURES:
-            for action_id, command_title, action, _ in commands:
-                if self._settings.translated(command_title) == title:
-                    return context(action_id, title, action, Request())
-        return None
+            for action_id, title, action, _ in commands:
+                title = self._settings.translated(title)
+                meanings.setdefault(title, (context(action_id, title, action, Request()), []))
+        return meanings

@@ -382,8 +382,8 @@ class EveryEntryTest(ClickTestCase):
             self.home.new_log_messages()
             for path, item in actionable_items(menu):
                 with self.subTest(title=item["title"]):
-                    model = ClickModel(settings)
-                    click = model.click(model.delivered_by_finder(item, menu), AT_CLICK)
+                    click = ClickModel(settings, menu).click(
+                        {"title": item["title"], "tag": item["tag"]}, AT_CLICK)
                     self.check_queued(extension.click(path, AT_CLICK, delivery="finder"),
                                       click.record, click.log)
 
@@ -413,29 +413,6 @@ class EveryEntryTest(ClickTestCase):
         extension.click(path, AT_CLICK, delivery="finder")
         [record] = self.home.take_records()
         self.assertEqual((record["title"], record["destinationPath"]), ("新的", "/new"))
-
-    def test_two_destinations_of_one_title_are_not_told_apart(self):
-        self.home.write("CustomDestinations.plist", {"copy": [
-            {"id": "1", "name": "同名", "path": "/one"}, {"id": "2", "name": "同名", "path": "/two"}]})
-        extension = self.start()
-        path = item_at(extension.menu(AT_MENU), "复制到", "复制到文件夹", "复制到同名")
-        self.home.new_log_messages()
-        self.check_nothing(extension.click(path, AT_CLICK, delivery="finder"), [
-            "clicked sender=复制到同名", "missing context for sender=复制到同名"])
-        extension.click(path, AT_CLICK)
-        self.assertEqual(self.home.take_records()[0]["destinationPath"], "/one")
-
-    def test_a_destination_that_is_called_like_a_command_is_delivered_as_the_command(self):
-        self.home.write("CustomDestinations.plist", {"copy": [
-            {"id": "1", "name": "桌面", "path": "/Volumes/Desk"}]})
-        extension = self.start()
-        menu = extension.menu(AT_MENU)
-        path = item_at(menu, "复制到", "复制到文件夹", "复制到桌面")
-        extension.click(path, AT_CLICK, delivery="finder")
-        extension.click(path, AT_CLICK, delivery="intact")
-        self.assertEqual([(record["actionID"], record["destinationPath"])
-                          for record in self.home.take_records()],
-                         [("copyFilesToDesktop", ""), ("copyFilesToFolder", "/Volumes/Desk")])
 
     def test_a_disabled_entry_can_t_be_clicked(self):
         extension = self.start()
@@ -541,8 +518,7 @@ class EveryRouteOfEveryEntryTest(ClickTestCase):
             }
             for name, route in routes.items():
                 with self.subTest(entry=item["title"], route=name):
-                    model = ClickModel(self.settings)
-                    click = model.click(model.completed(route, menu), AT_CLICK)
+                    click = ClickModel(self.settings, menu).click(route, AT_CLICK)
                     answer = extension.send(route, AT_CLICK)
                     if click.record:
                         self.check_queued(answer, click.record, click.log)

@@ -12,8 +12,8 @@ import unittest
 
 from catalogue import COMMANDS, TITLES
 from menu_model import (
-    OPEN_WITH_PREFIX, PRESET_PREFIX, PRESET_TAG_BASE, SCRIPT_PREFIX, SHORTCUT_PREFIX, UNUSABLE,
-    ClickModel, MenuBuilder, Request, actionable_items)
+    DESTINATION_KINDS, OPEN_WITH_PREFIX, PRESET_PREFIX, PRESET_TAG_BASE, SCRIPT_PREFIX,
+    SHORTCUT_PREFIX, UNUSABLE, ClickModel, MenuBuilder, Request, actionable_items, identity)
 from quorva_process import BINARY, SETTINGS_FILES, XML, EndToEndTestCase
 
 CASES = int(os.environ.get("QUORVA_FUZZ_CASES", "3000"))
@@ -30,7 +30,7 @@ IDS = ["a", "b", "c", "1", "", "vscode", "cursor", "preview", "pages", "list-mod
        "runScript__a", "é", "e\u0301", "a\nb", "📁"]
 NAMES = ["A", "B", "C", "", "项目", "桌面", "Pages", "Zed", "列表 · 最近修改", "图标 · 按名称 2",
          "a · b · c 12", "列表 2", " · b 3", "a\n · b 1", "新建文件夹", "压缩为 ZIP", "复制到桌面",
-         "复制到A", "é", "e\u0301", 'say "x"', "two\nlines", "👩‍👩‍👧‍👦", " ", "\ufeff", "%@%s%n"]
+         "复制到A", "é", "e\u0301", 'say "x"', "two\nlines", "👩‍👩‍👧‍👦", " ", "\ufeff", "%@%s%n", "用户目录", "移动到A"]
 PATHS = ["/a", "/b/c", "", "relative", "/Applications/Pages.app", "/Applications/Cursor.app",
          "/Applications/Visual Studio Code.app", "/System/Applications/Preview.app",
          "/Users/ada/Desktop", "/Users/ada/Desktop/", "/Users/ada/Downloads", "/Users/ada/Music",
@@ -47,6 +47,8 @@ class Generator:
 
     def __init__(self, seed):
         self._random = random.Random(seed)
+        # From a few names come menus with many equal titles.
+        self._names = self._random.sample(NAMES, self.choice([2, 4, len(NAMES)]))
 
     def chance(self, probability):
         return self._random.random() < probability
@@ -112,7 +114,7 @@ class Generator:
 
     def _entry(self, keys):
         values = {
-            "id": IDS, "name": NAMES, "path": PATHS, "kind": ["shortcut", "script", "Script", ""],
+            "id": IDS, "name": self._names, "path": PATHS, "kind": ["shortcut", "script", "Script", ""],
             "shortcutName": ["S", "S", ""], "scriptPath": ["/s", "/s", ""],
             "viewMode": ["list", ""], "sortMode": ["name", ""]}
         entry = {key: self.choice(values[key]) for key in keys if not self.chance(0.04)}
@@ -161,7 +163,7 @@ class Generator:
                 [self.choice(PREFIXES) + self.choice(IDS), *identifiers])
         if self.chance(0.4):
             item["tag"] = self.choice([
-                PRESET_TAG_BASE + self.number(6), PRESET_TAG_BASE - 1, 0, -1, 2**63 - 1,
+                PRESET_TAG_BASE + self.number(6), PRESET_TAG_BASE - 1, self.number(6), -1, 2**63 - 1,
                 PRESET_TAG_BASE - 2**63])
         if self.chance(0.4):
             item["representedObject"] = self._represented_object(items)
@@ -200,10 +202,12 @@ class RandomSettingsTest(EndToEndTestCase):
         request = generator.request()
         kind = generator.choice(["items", "container", "sidebar", "toolbar"])
         menu = self.check_menu(settings, request, kind)
+        changed = False
         for _ in range(generator.number(3)):
             if generator.chance(0.15):
                 settings = self.write_settings(generator)
-            self.check_click(generator, settings, menu)
+                changed = True
+            self.check_click(generator, settings, menu, changed)
 
     def write_settings(self, generator):
         """Writes random files and answers their model."""
@@ -232,7 +236,7 @@ class RandomSettingsTest(EndToEndTestCase):
                                         targetedPath=request.targeted)
         menu = answer["menu"]
         self.check_invariants(menu, settings, request)
-        self.assertEqual(menu, expected)
+        self.assert_same(menu, expected)
         self.assertEqual(answer["unifiedLog"], [builder.unified_log(kind)])
         self.assertEqual(answer["events"], [])
         self.assertEqual(self.home.new_log_messages(), builder.log)
@@ -244,7 +248,11 @@ class RandomSettingsTest(EndToEndTestCase):
         self.check_titles(menu, settings)
         items = [item for _, item in actionable_items(menu)]
         tags = [item["tag"] for item in items if item["tag"] != 0]
-        self.assertEqual(tags, list(range(PRESET_TAG_BASE, PRESET_TAG_BASE + len(tags))))
+        own = [tag for tag in tags if tag < PRESET_TAG_BASE]
+        self.assertEqual(own, list(range(1, 1 + len(own))))
+        of_presets = [tag for tag in tags if tag >= PRESET_TAG_BASE]
+        self.assertEqual(of_presets, list(range(PRESET_TAG_BASE,
+                                                PRESET_TAG_BASE + len(of_presets))))
         for prefix, ids in (
                 (OPEN_WITH_PREFIX, [entry["id"]
                                     for entry in settings.destinations("openApplication")]),
@@ -291,21 +299,21 @@ class RandomSettingsTest(EndToEndTestCase):
         collect(menu)
         self.assertLessEqual(set(shown), allowed)
 
-    def check_click(self, generator, settings, menu):
+    def check_click(self, generator, settings, menu, changed):
+        entry = None
         request = generator.request()
         enabled = [(path, item) for path, item in actionable_items(menu) if item["enabled"]]
-        model = ClickModel(settings)
-        if enabled and generator.chance(0.6):
+        if enabled and generator.chance(0.7):
             path, item = generator.choice(enabled)
-            delivery = generator.choice(["intact", "finder"])
+            delivery = generator.choice(["intact", "finder", "finder"])
             if delivery == "finder":
-                item = model.delivered_by_finder(item, menu)
+                entry = None if changed else item["representedObject"]
+                item = {"title": item["title"], "tag": item["tag"]}
             answer = self.extension.click(path, request, delivery)
         else:
             item = generator.item(menu)
             answer = self.extension.send(item, request)
-            item = model.completed(item, menu)
-        click = model.click(item, request)
+        click = ClickModel(settings, menu).click(item, request)
         records = self.home.take_records()
         log = self.home.new_log_messages()
         missing = "missing context for sender=" + item["title"]
@@ -318,6 +326,16 @@ class RandomSettingsTest(EndToEndTestCase):
             self.assert_record(records[0], click.record)
             self.assert_handed_over(answer["events"])
         self.assertEqual(answer["unifiedLog"], [])
+        if entry:
+            self.check_entry(entry, records, settings)
+
+    def check_entry(self, entry, records, settings):
+        """What Finder's copy of an entry does is what the entry says, or what its command says."""
+        [record] = records
+        kind = DESTINATION_KINDS.get(entry["actionID"])
+        if not (record["actionID"] in COMMAND_IDS and kind
+                and settings.has_default_destinations(kind)):
+            self.assertEqual(identity(record), identity(entry))
 
 
 if __name__ == "__main__":
