@@ -390,8 +390,11 @@ def program_environment(home, launch=False, language=None, display=True):
     return environment
 
 
-def post_notification(home, *arguments):
+def post_notification(home, name, user_info=None, sender=""):
     """Posts a distributed notification from a process of its own."""
+    arguments = [name, sender]
+    if user_info is not None:
+        arguments.append(json.dumps([part for pair in user_info.items() for part in pair]))
     subprocess.run([build_folder() / "Tests" / "EndToEnd" / "post-notification", *arguments],
                    env=program_environment(home, display=False), check=True, timeout=TIME_LIMIT)
 

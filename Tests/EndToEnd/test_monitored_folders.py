@@ -1,13 +1,13 @@
 """The folders that Finder is asked to watch: at the start, and when the settings change."""
 
 import contextlib
-import json
 import os
+import shutil
 import unittest
 from pathlib import Path
 
 from menu_model import listed
-from quorva_process import EndToEndTestCase, Home, Run, post_notification, until
+from quorva_process import EndToEndTestCase, Home, Run, alone, post_notification, until
 
 SETTINGS_CHANGED = "app.ferrolin.Quorva.SettingsChanged"
 
@@ -69,11 +69,14 @@ class MonitoredFoldersTest(EndToEndTestCase):
         self.assertIn(str(self.home.path / "Documents"), folders)
         self.assertIn(str(elsewhere), folders)
 
-    def test_the_account_names_the_real_home_where_the_home_lies_in_a_container(self):
-        home = Home(account_name="grace",
-                    account_home="/Users/grace/Library/Containers/app.ferrolin.Quorva/Data")
-        self.assertIn("/Users/grace/Desktop",
-                      self.start_extension(home).request("directories")["directories"])
+    def test_the_account_names_the_real_home_where_its_home_is_none_or_a_container(self):
+        for account_home in ("/Users/grace/Library/Containers/app.ferrolin.Quorva/Data",
+                             "/Users/other/Library/Containers/app.ferrolin.Quorva/Data",
+                             "/Users/other/Library/Containers/x", "/home/grace", "/Usersgrace"):
+            with self.subTest(account_home=account_home):
+                home = Home(account_name="grace", account_home=account_home)
+                folders = self.start_extension(home).request("directories")["directories"]
+                self.assertEqual(folders, expected_folders(str(home.path), "/Users/grace"))
 
     def test_the_account_s_home_below_users_is_the_real_home(self):
         home = Home(account_name="grace", account_home="/Users/somebody-else")
@@ -81,13 +84,18 @@ class MonitoredFoldersTest(EndToEndTestCase):
         self.assertIn("/Users/somebody-else/" + CLOUD, folders)
         self.assertNotIn("/Users/grace", folders)
 
+    @alone
     def test_the_visible_folders_of_the_real_home_are_watched_and_the_hidden_ones_are_not(self):
-        with account_home() as real_home:
-            home = Home(account_home=real_home)
-            folders = self.start_extension(home).request("directories")["directories"]
-            self.assertEqual(folders, expected_folders(str(home.path), real_home))
-            self.assertNotIn(real_home + "/.hidden", folders)
-            self.assertNotIn(real_home + "/file.txt", folders)
+        real_home = Path("/Users/grace")
+        self.addCleanup(shutil.rmtree, real_home)
+        for folder in ("Projects", "Müll", ".hidden", "Desktop"):
+            (real_home / folder).mkdir(parents=True)
+        (real_home / "file.txt").touch()
+        (real_home / "link").symlink_to("Projects")
+        home = Home(account_home=real_home)
+        folders = self.start_extension(home).request("directories")["directories"]
+        self.assertEqual(folders, expected_folders(str(home.path), str(real_home)))
+        self.assertLessEqual({f"{real_home}/Projects", f"{real_home}/Müll"}, set(folders))
 
     def test_names_that_are_hard_to_write_are_watched_and_logged_as_they_are(self):
         path = Run.new_folder() / 'a "b"\nc 📁 e\u0301'
@@ -96,30 +104,6 @@ class MonitoredFoldersTest(EndToEndTestCase):
         folders = self.start_extension(home).request("directories")["directories"]
         self.assertEqual(folders, expected_folders(str(path), "/Users/ada"))
         self.assertEqual(home.new_log_messages(), ["started monitored=" + listed(folders)])
-
-
-@contextlib.contextmanager
-def account_home():
-    """A home of an account below "/Users", with folders in it where this account may make one."""
-    users = Path("/Users")
-    made_users = False
-    name = f"quorva-{os.getpid()}"
-    with contextlib.suppress(PermissionError):
-        made_users = not users.exists()
-        users.mkdir(exist_ok=True)
-        for folder in ("Projects", "Müll", ".hidden", "Desktop"):
-            (users / name / folder).mkdir(parents=True)
-        (users / name / "file.txt").touch()
-    try:
-        yield str(users / name)
-    finally:
-        if (users / name).exists():
-            (users / name / "file.txt").unlink()
-            for folder in (users / name).iterdir():
-                folder.rmdir()
-            (users / name).rmdir()
-            if made_users:
-                users.rmdir()
 
 
 class SettingsChangedTest(EndToEndTestCase):
@@ -136,6 +120,8 @@ class SettingsChangedTest(EndToEndTestCase):
         ({"reason": ["menu-order"]}, "unknown"),
         ({"reason": {"text": "menu-order"}}, "unknown"),
         ({"Reason": "menu-order"}, "unknown"),
+        ({12: "menu-order"}, "unknown"),
+        ({12: 12, "reason": "kept", True: False}, "kept"),
         ({"reason": "kept", "more": [1, {"a": 2}]}, "kept"),
     ]
 
@@ -145,9 +131,9 @@ class SettingsChangedTest(EndToEndTestCase):
         self.extension.request("toolbar")
         self.home.new_log_messages()
 
-    def post(self, *user_info, name=SETTINGS_CHANGED):
+    def post(self, user_info=None, sender=""):
         """Posts from another process and gives the extension the time to hear it."""
-        post_notification(self.home, name, *user_info)
+        post_notification(self.home, SETTINGS_CHANGED, user_info, sender)
         received = []
 
         def heard():
@@ -163,8 +149,7 @@ class SettingsChangedTest(EndToEndTestCase):
         folders = self.extension.request("directories")["directories"]
         for user_info, reason in self.CASES:
             with self.subTest(user_info=user_info):
-                arguments = [] if user_info is None else [json.dumps(user_info)]
-                self.assertEqual(self.post(*arguments), [{
+                self.assertEqual(self.post(user_info), [{
                     "level": "info", "category": "FinderSync",
                     "message": "FinderSync refreshed directories."
                                f" reason=settings-changed:{reason}, count={len(folders)}"}])
@@ -186,7 +171,7 @@ class SettingsChangedTest(EndToEndTestCase):
         other_home = Home()
         other = self.start_extension(other_home)
         other.request("toolbar")
-        self.post(json.dumps({"reason": "both"}))
+        self.post({"reason": "both"})
         until(lambda: "settings changed notification reason=both" in self.heard_by(
             other, other_home), "the other extension heard it")
 
@@ -195,16 +180,18 @@ class SettingsChangedTest(EndToEndTestCase):
         return home.new_log_messages()
 
     def test_a_notification_of_another_name_changes_nothing(self):
-        post_notification(self.home, SETTINGS_CHANGED + "d", json.dumps({"reason": "x"}))
+        post_notification(self.home, SETTINGS_CHANGED + "d", {"reason": "x"})
         post_notification(self.home, "app.ferrolin.Quorva.ActionQueued")
-        self.post(json.dumps({"reason": "last"}))
+        self.post({"reason": "last"})
         self.assertEqual(self.home.new_log_messages()[0],
                          "settings changed notification reason=last")
 
-    def test_a_menu_is_asked_for_between_two_notifications(self):
-        self.post(json.dumps({"reason": "one"}))
-        self.assertEqual(self.extension.menu()["title"], "Quorva")
-        self.post(json.dumps({"reason": "two"}))
+    def test_a_notification_of_any_sender_is_heard(self):
+        for sender in ("", "app.ferrolin.Quorva", "someone else", "一"):
+            with self.subTest(sender=sender):
+                self.post({"reason": sender}, sender)
+                self.assertEqual(self.home.new_log_messages()[0],
+                                 "settings changed notification reason=" + sender)
 
 
 if __name__ == "__main__":
