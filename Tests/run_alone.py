@@ -3,10 +3,10 @@
 
     run_alone.py COMMAND ARGUMENT...
 
-The command shares no process, no network and no file of "/tmp" and "/Users" with anything else that
-runs here: it finds both folders empty, and what it leaves in them or in the background goes with it.
-Root lacks what lets it ignore permissions, so that they mean the same for every user. QUORVA_ALONE
-in the environment says all this.
+The command shares no process, no network and no file of "/tmp" and "/Users" with anything else on
+the machine: it finds both folders empty, and what it leaves in them or in the background goes with
+it. Root lacks what lets it ignore permissions, so that they mean the same for every user.
+QUORVA_ALONE in the environment says all this.
 
 Where the system allows no namespaces the command runs in the open, after a line that says why.
 """
@@ -70,7 +70,7 @@ def enter_new_root():
 
 
 def run(command):
-    """Runs the command as the first process, to which all orphans fall, and returns a status for it."""
+    """Runs the command and returns its status. Ends all orphans properly: this is process 1."""
     child = subprocess.Popen(command)
     while True:
         process, status = os.wait()

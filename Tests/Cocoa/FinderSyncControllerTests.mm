@@ -24,7 +24,7 @@ class FinderRequest {
 
 }  // namespace
 
-TEST(FinderSyncController, AnswersSelectionAndTargetDuringARequest) {
+TEST(FinderSyncController, ReturnsSelectionAndTargetDuringARequest) {
     const std::vector selection{FileURL::file("/b"), FileURL::directory("/没有 a"),
                                 FileURL::file("/b")};
     NSMutableArray* urls = [NSMutableArray array];
@@ -36,13 +36,13 @@ TEST(FinderSyncController, AnswersSelectionAndTargetDuringARequest) {
     EXPECT_EQ(quorva::platform::targetedURL(), FileURL::directory("/target"));
 }
 
-TEST(FinderSyncController, AnswersAnEmptySelection) {
+TEST(FinderSyncController, ReturnsAnEmptySelection) {
     const FinderRequest request([NSArray array], nil);
     EXPECT_EQ(quorva::platform::selectedItemURLs(), std::vector<FileURL>{});
     EXPECT_EQ(quorva::platform::targetedURL(), std::nullopt);
 }
 
-TEST(FinderSyncController, AnswersNothingOutsideARequest) {
+TEST(FinderSyncController, ReturnsNothingOutsideARequest) {
     EXPECT_EQ(quorva::platform::selectedItemURLs(), std::nullopt);
     EXPECT_EQ(quorva::platform::targetedURL(), std::nullopt);
 }

@@ -2,7 +2,7 @@
 
 #import <Foundation/Foundation.h>
 
-/// Runs the run loop until `condition` holds or twenty seconds have passed. Answers whether it
+/// Runs the run loop until `condition` holds or twenty seconds have passed. Returns whether it
 /// holds.
 template <typename Condition>
 bool runLoopUntil(Condition condition) {

@@ -17,6 +17,6 @@ TEST(StringConversion, IsNeverNil) {
     EXPECT_EQ(quorva::foundationString("a\xFF").length, 2u);
 }
 
-TEST(StringConversion, ReadsNilAsEmptyText) {
+TEST(StringConversion, ReadsNilAsAnEmptyString) {
     EXPECT_EQ(quorva::utf8String(nil), "");
 }

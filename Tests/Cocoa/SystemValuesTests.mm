@@ -29,9 +29,9 @@ TEST(Date, IsTheTimeOfTheSystemClock) {
     EXPECT_NEAR(quorva::platform::timeIntervalSince1970(), now.count(), 60);
 }
 
-TEST(Console, TakesAnyText) {
+TEST(Console, TakesAnyString) {
     testing::internal::CaptureStderr();
-    quorva::platform::logToConsole("QuorvaFinderExtension: 没有 %@ %s \U0001F600 \xFF end");
+    quorva::platform::logToConsole("没有 %@ %s \U0001F600 \xFF end");
     quorva::platform::logToConsole("");
     const std::string output = testing::internal::GetCapturedStderr();
     EXPECT_NE(output.find("QuorvaFinderExtension: 没有 %@ %s \U0001F600 \uFFFD end"),
@@ -49,7 +49,9 @@ class Account : public testing::Test {
 
 TEST_F(Account, IsTheOneOfTheAccountDatabase) {
     const passwd* account = getpwuid(getuid());
-    ASSERT_NE(account, nullptr);
+    if (account == nullptr) {
+        GTEST_SKIP() << "the account database does not know this user";
+    }
     EXPECT_EQ(quorva::platform::userName(), account->pw_name);
     EXPECT_EQ(quorva::platform::homeDirectoryForUser(account->pw_name), account->pw_dir);
 }

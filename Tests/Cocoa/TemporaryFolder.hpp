@@ -17,6 +17,9 @@ class TemporaryFolder : public testing::Test {
     TemporaryFolder() {
         std::string name = "/tmp/QuorvaCocoaTests.XXXXXX";
         folder_ = std::filesystem::canonical(mkdtemp(name.data()));
+        if (const char* home = getenv("HOME")) {
+            formerHome_ = home;
+        }
         setenv("HOME", folder_.c_str(), 1);
     }
 
@@ -24,6 +27,7 @@ class TemporaryFolder : public testing::Test {
         std::error_code ignored;
         std::filesystem::permissions(folder_, std::filesystem::perms::owner_all, ignored);
         std::filesystem::remove_all(folder_, ignored);
+        setenv("HOME", formerHome_.c_str(), 1);
     }
 
     [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
@@ -51,4 +55,5 @@ class TemporaryFolder : public testing::Test {
 
  private:
     std::filesystem::path folder_;
+    std::string formerHome_;
 };

@@ -10,12 +10,12 @@ namespace {
 
 using namespace std::string_literals;
 
-struct WellFormedText {
+struct WellFormedString {
     std::string utf8;
     UTF16 utf16;
 };
 
-class UTF16WellFormed : public testing::TestWithParam<WellFormedText> {};
+class UTF16WellFormed : public testing::TestWithParam<WellFormedString> {};
 
 TEST_P(UTF16WellFormed, ConvertsBothWays) {
     EXPECT_EQ(utf16WithUTF8(GetParam().utf8), GetParam().utf16);
@@ -25,16 +25,16 @@ TEST_P(UTF16WellFormed, ConvertsBothWays) {
 INSTANTIATE_TEST_SUITE_P(
     , UTF16WellFormed,
     testing::Values(
-        WellFormedText{"", {}}, WellFormedText{"a", {0x61}},
-        WellFormedText{"a\0b"s, {0x61, 0, 0x62}}, WellFormedText{"\x7F", {0x7F}},
-        WellFormedText{"\xC2\x80", {0x80}}, WellFormedText{"\xDF\xBF", {0x7FF}},
-        WellFormedText{"\xE0\xA0\x80", {0x800}}, WellFormedText{"\xE6\xB2\xA1", {0x6CA1}},
-        WellFormedText{"e\xCC\x81", {0x65, 0x301}}, WellFormedText{"\xED\x9F\xBF", {0xD7FF}},
-        WellFormedText{"\xEE\x80\x80", {0xE000}}, WellFormedText{"\xEF\xBB\xBF", {0xFEFF}},
-        WellFormedText{"\xEF\xBF\xBF", {0xFFFF}},
-        WellFormedText{"\xF0\x90\x80\x80", {0xD800, 0xDC00}},
-        WellFormedText{"\xF0\x9F\x98\x80!", {0xD83D, 0xDE00, 0x21}},
-        WellFormedText{"\xF4\x8F\xBF\xBF", {0xDBFF, 0xDFFF}}));
+        WellFormedString{"", {}}, WellFormedString{"a", {0x61}},
+        WellFormedString{"a\0b"s, {0x61, 0, 0x62}}, WellFormedString{"\x7F", {0x7F}},
+        WellFormedString{"\xC2\x80", {0x80}}, WellFormedString{"\xDF\xBF", {0x7FF}},
+        WellFormedString{"\xE0\xA0\x80", {0x800}}, WellFormedString{"\xE6\xB2\xA1", {0x6CA1}},
+        WellFormedString{"e\xCC\x81", {0x65, 0x301}}, WellFormedString{"\xED\x9F\xBF", {0xD7FF}},
+        WellFormedString{"\xEE\x80\x80", {0xE000}}, WellFormedString{"\xEF\xBB\xBF", {0xFEFF}},
+        WellFormedString{"\xEF\xBF\xBF", {0xFFFF}},
+        WellFormedString{"\xF0\x90\x80\x80", {0xD800, 0xDC00}},
+        WellFormedString{"\xF0\x9F\x98\x80!", {0xD83D, 0xDE00, 0x21}},
+        WellFormedString{"\xF4\x8F\xBF\xBF", {0xDBFF, 0xDFFF}}));
 
 struct MalformedUTF8 {
     std::string utf8;

@@ -120,7 +120,7 @@ DEFAULT_ENABLED_FEATURES = [
     "batchRename", "archiveTools", "scheduledDeletion", "imageTools", "pdfTools", "customActions",
 ]
 
-# Two of them are no commands of the catalogue.
+# Two of them are not commands of the catalogue.
 DEFAULT_ENABLED_COMMANDS = [
     command[0] for commands in COMMANDS.values() for command in commands if command[3]
 ] + ["copyFilesToFolder", "moveFilesToFolder"]

@@ -1,7 +1,7 @@
 """What the extension must show and do, worked out a second time from the settings.
 
 Nothing here shares code or tables with the extension. A menu is a value of the form that the
-extension's process answers, so a test compares whole menus.
+extension's process returns, so a test compares whole menus.
 """
 
 import collections
@@ -39,22 +39,22 @@ SCRIPT_PREFIX = "runScript__"
 PRESET_PREFIX = "finderViewPreset__"
 
 
-def listed(texts):
-    """The texts as a list in a line of the diagnostic log."""
-    return "[" + ", ".join(f'"{text}"' for text in texts) + "]"
+def listed(values):
+    """The strings as a list in a line of the diagnostic log."""
+    return "[" + ", ".join(f'"{value}"' for value in values) + "]"
 
 
 def strings(value):
-    """The value if it is a list of texts."""
+    """The value if it is a list of strings."""
     if isinstance(value, list) and all(isinstance(element, str) for element in value):
         return value
     return None
 
 
 def string_dictionaries(value):
-    """The value if it is a list of dictionaries that hold only texts."""
+    """The value if it is a list of dictionaries that hold only strings."""
     if isinstance(value, list) and all(
-            isinstance(entry, dict) and all(isinstance(text, str) for text in entry.values())
+            isinstance(entry, dict) and all(isinstance(part, str) for part in entry.values())
             for entry in value):
         return value
     return None
@@ -73,7 +73,7 @@ class Settings:
     translations: dict = field(default_factory=dict)
 
     def translated(self, key):
-        """The text for a Simplified Chinese one, which stays where there is no other."""
+        """The translation of a Simplified Chinese string, or that itself where there is none."""
         return self.translations.get(key, key)
 
     def features(self):
@@ -446,7 +446,7 @@ class ClickModel:
         self._log = []
 
     def click(self, item, request):
-        """What a click on `item` does while Finder answers with `request`."""
+        """What a click on `item` does while Finder reports `request`."""
         title = item["title"]
         self._log = ["clicked sender=" + title]
         found = self._delivered(item)
@@ -508,17 +508,17 @@ class ClickModel:
 
     @staticmethod
     def _from_dictionary(dictionary, item_title):
-        def text(key, otherwise):
+        def string(key, otherwise):
             value = dictionary.get(key)
             return value if isinstance(value, str) else otherwise
 
-        action_id = text("actionID", None)
+        action_id = string("actionID", None)
         if action_id is None:
             return None
         request = Request(strings(dictionary.get("selectedPaths")) or [],
-                          text("targetedPath", "") or None)
-        return context(action_id, text("title", item_title), "copyPath(fullPath)", request,
-                       text("destinationPath", ""), text("presetID", ""))
+                          string("targetedPath", "") or None)
+        return context(action_id, string("title", item_title), "copyPath(fullPath)", request,
+                       string("destinationPath", ""), string("presetID", ""))
 
     def _open_with(self, entry):
         return context("openWithApplicationPath", entry["name"], "openWithApplicationPath",

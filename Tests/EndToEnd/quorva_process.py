@@ -5,7 +5,7 @@ homes of the tests, and it is the temporary folder of everything that the tests 
 run has a notification daemon of its own. The run has one virtual display. All of that ends with the
 run.
 
-The build folder comes from the environment variable QUORVA_BUILD_FOLDER. The tests are to be started
+The build folder comes from the environment variable QUORVA_BUILD_FOLDER. The tests are to be run
 with run_alone.py; a test that needs that is skipped without it.
 """
 
@@ -75,7 +75,7 @@ EXTENSION_EXECUTABLE = (
 
 
 def until(condition, what):
-    """Waits for `condition` and answers what it answers."""
+    """Waits until `condition` returns something true, and returns that."""
     deadline = time.monotonic() + TIME_LIMIT
     while True:
         result = condition()
@@ -149,12 +149,12 @@ class Run:
 
 
 def alone(test):
-    """Skips a test, or all of a class, that uses fixed paths of the machine which it has to share."""
+    """Skips a test that needs folders of its own at fixed paths, where it has to share them."""
     return unittest.skipUnless(ALONE, "it needs folders of its own at fixed paths")(test)
 
 
 class Home:
-    """A home folder as the extension finds it in its container, with its settings and what it wrote."""
+    """A home folder as the extension finds it, with its settings and what it wrote."""
 
     def __init__(self, path=None, account_name=ACCOUNT_NAME, account_home=None):
         self.path = Path(path) if path else Run.new_folder()
@@ -336,7 +336,7 @@ class ExtensionProcess:
         return self.request("send", item=item, **finder_state(request))
 
     def close(self):
-        """Ends standard input and waits for the end; answers the exit status."""
+        """Ends standard input and waits for the end; returns the exit status."""
         if not self.process.stdin.closed:
             self.process.stdin.close()
         if not self.process.stdout.closed:

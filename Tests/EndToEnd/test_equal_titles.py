@@ -1,4 +1,4 @@
-"""Entries that show the same title: the tags that they get, and what a click on each of them does."""
+"""Entries that show the same title: the tags that they get, and what a click on each does."""
 
 import unittest
 
@@ -168,7 +168,7 @@ CASES = {
     "a built-in place to open, where the file is unusable": (
         {"custom_destinations": {"quickOpen": 1}}, "用户目录", other("quickOpenHome"),
         [(0, place(HOME))]),
-    "a built-in place to open that is no command": (
+    "a built-in place to open without a command": (
         {}, "图片", place(HOME + "/Pictures"), [(0, place(HOME + "/Pictures"))]),
     "a place to open that is alone": (
         destinations(quickOpen=[("源代码", "/src")]), "源代码", place("/src"), [(0, place("/src"))]),
@@ -198,7 +198,7 @@ class EqualTitlesTestCase(EndToEndTestCase):
         return settings
 
     def menu(self, request=AT_MENU, **files):
-        """Writes the settings and answers all entries of the menu, with their index paths."""
+        """Writes the settings and returns all entries of the menu, with their index paths."""
         self.write(**files)
         return list(actionable_items(self.extension.menu(request)))
 
@@ -266,11 +266,12 @@ class EqualTitlesTest(EqualTitlesTestCase):
                           if 0 < item["tag"] < PRESET_TAG_BASE], [
             (1, "桌面"), (2, "复制到同名"), (3, "复制到同名"), (4, "压缩为 ZIP"), (5, "Zed")])
 
-    def test_the_whole_menu_and_its_log_are_as_ever_but_for_the_tags(self):
+    def test_the_rest_of_the_menu_is_as_ever(self):
         for case, (files, _, _, _) in CASES.items():
             with self.subTest(case=case):
                 settings = self.write(**files)
-                self.assert_same(self.extension.menu(AT_MENU), MenuBuilder(settings, AT_MENU).menu())
+                self.assert_same(self.extension.menu(AT_MENU),
+                                 MenuBuilder(settings, AT_MENU).menu())
 
     def test_a_tagged_entry_has_the_selection_of_its_menu_where_finder_gives_none(self):
         self.menu(**actions("Zed"), **destinations(openApplication=[("Zed", "/Zed.app")]))

@@ -23,7 +23,7 @@ FEATURE_SETTINGS_CASES = {
     "grouping alone": {"groupsFeaturesUnderQuorva": True},
     "grouping off": {"groupsFeaturesUnderQuorva": False},
     "grouping as a number": {"groupsFeaturesUnderQuorva": 1},
-    "grouping as a text": {"groupsFeaturesUnderQuorva": "true"},
+    "grouping as a string": {"groupsFeaturesUnderQuorva": "true"},
     "grouping as an array": {"groupsFeaturesUnderQuorva": [True]},
     "the layout expanded": {"menuLayout": "expanded"},
     "the layout collapsed": {"menuLayout": "collapsed"},
@@ -47,7 +47,7 @@ FEATURE_SETTINGS_CASES = {
     "an order reversed": {
         "enabledFeatureIDs": samples.ALL_FEATURES,
         "featureOrder": samples.ALL_FEATURES[::-1]},
-    "an order that is a text": {"enabledFeatureIDs": ["pdfTools"], "featureOrder": "pdfTools"},
+    "an order that is a string": {"enabledFeatureIDs": ["pdfTools"], "featureOrder": "pdfTools"},
     "an order with a number in it": {
         "enabledFeatureIDs": ["pdfTools", "imageTools"], "featureOrder": ["pdfTools", 1]},
     "enabled features that are a dictionary": {
@@ -71,7 +71,7 @@ FEATURE_SETTINGS_CASES = {
         "childOrderByFeatureID": {"createFile": CATALOGUE_IDS}},
     "commands without a catalogue entry": {
         "enabledChildIDs": ["copyFilesToFolder", "moveFilesToFolder", "copyFilesToPath", ""]},
-    "enabled commands that are a text": {"enabledChildIDs": "mergePDFs"},
+    "enabled commands that are a string": {"enabledChildIDs": "mergePDFs"},
     "enabled commands with a number in them": {"enabledChildIDs": ["mergePDFs", 1]},
     "a command saved twice": {
         "childOrderByFeatureID": {"pdfTools": ["imagesToPDF", "imagesToPDF", "mergePDFs"]}},
@@ -82,7 +82,7 @@ FEATURE_SETTINGS_CASES = {
     "an empty order": {"childOrderByFeatureID": {"pdfTools": []}},
     "orders of which one holds a number": {
         "childOrderByFeatureID": {"pdfTools": ["splitPDFs"], "copyPath": ["copyFileName", 1]}},
-    "orders of which one is a text": {
+    "orders of which one is a string": {
         "childOrderByFeatureID": {"pdfTools": ["splitPDFs"], "copyPath": "copyFileName"}},
     "orders that are an array": {"childOrderByFeatureID": [["splitPDFs"]]},
     "deletion saved without the hour": {"childOrderByFeatureID": {"scheduledDeletion": [
@@ -119,7 +119,7 @@ CUSTOM_DESTINATIONS_CASES = {
     "an entry without a path": {"quickOpen": [ENTRY, {"id": "b", "name": "B"}]},
     "an empty entry": {"openApplication": [{}, ENTRY]},
     "a key too many": {"copy": [{**ENTRY, "icon": "folder"}]},
-    "empty texts": {
+    "empty strings": {
         kind: [{"id": "", "name": "", "path": ""}]
         for kind in ("copy", "move", "quickOpen", "openApplication")},
     "the same entry twice": {
@@ -129,7 +129,7 @@ CUSTOM_DESTINATIONS_CASES = {
     "a boolean deep inside": {"move": [{**ENTRY, "hidden": True}], "copy": [ENTRY]},
     "a nested array": {"copy": [[ENTRY]], "quickOpen": []},
     "a nested dictionary": {"copy": ENTRY, "quickOpen": []},
-    "a text for a list": {"copy": "/a", "quickOpen": []},
+    "a string for a list": {"copy": "/a", "quickOpen": []},
     "the built-in folders": {
         kind: [{"id": str(index), "name": path, "path": path} for index, path in enumerate([
             "/Users/ada/Desktop", "/Users/ada/Desktop/", "/Users/ada/desktop",
@@ -157,7 +157,7 @@ CUSTOM_DESTINATIONS_CASES = {
         {"id": "openWithApplicationPath__x", "name": "Two", "path": "/two"},
         {"id": "runScript__x", "name": "Three", "path": "/three"}]},
     "an array for the root": [ENTRY],
-    "a text for the root": "copy",
+    "a string for the root": "copy",
 }
 
 ACTION = {"id": "a", "name": "A", "kind": "shortcut", "shortcutName": "S"}
@@ -188,7 +188,7 @@ CUSTOM_SHORTCUT_ACTIONS_CASES = {
     "a number deep inside": [SCRIPT, {**ACTION, "timesRun": 3}],
     "a boolean deep inside": [SCRIPT, {**ACTION, "hidden": False}],
     "an array among the entries": [ACTION, [SCRIPT]],
-    "a text among the entries": [ACTION, "script"],
+    "a string among the entries": [ACTION, "script"],
     "a dictionary for the root": {"actions": [ACTION]},
     "a number for the root": 1,
 }
@@ -203,7 +203,7 @@ FINDER_VIEW_PRESETS_CASES = {
         {key: value for key, value in PRESET.items() if key != missing} for missing in PRESET],
     "an entry that lacks a key between others": [
         {**PRESET, "id": "1"}, {"id": "2", "name": "N", "viewMode": "list"}, {**PRESET, "id": "3"}],
-    "modes that nobody knows": [{**PRESET, "viewMode": "", "sortMode": "colour"}],
+    "unknown modes": [{**PRESET, "viewMode": "", "sortMode": "colour"}],
     "a key too many": [{**PRESET, "icon": "list"}],
     "an empty id and an empty name": [{**PRESET, "id": "", "name": ""}],
     "ids with prefixes": [{**PRESET, "id": "finderViewPreset__p"}, {**PRESET, "id": "a__b"}],
@@ -216,7 +216,7 @@ FINDER_VIEW_PRESETS_CASES = {
     "bytes deep inside": [PRESET, {**PRESET, "sortMode": b"name"}],
     "an array among the entries": [PRESET, [PRESET]],
     "a dictionary for the root": {"presets": [PRESET]},
-    "a text for the root": "list",
+    "a string for the root": "list",
 }
 
 
@@ -235,7 +235,7 @@ class MenuTestCase(EndToEndTestCase):
         expected = builder.menu(kind)
         answer = self.extension.request("menu", kind=kind, selectedPaths=request.selected,
                                         targetedPath=request.targeted)
-        self.assertEqual(answer["menu"], expected)
+        self.assert_same(answer["menu"], expected)
         self.assertEqual(answer["unifiedLog"], [builder.unified_log(kind)])
         self.assertEqual(answer["events"], [])
         self.assertEqual(self.home.new_log_messages(), builder.log)
@@ -406,7 +406,7 @@ class SettingsFileTest(MenuTestCase):
                 with self.subTest(case=name, encoding=encoding):
                     self.check(self.home.settings(feature_settings=value), encoding=encoding)
 
-    def test_the_feature_settings_with_a_root_that_is_no_dictionary(self):
+    def test_the_feature_settings_with_a_root_that_is_not_a_dictionary(self):
         for value in ([], ["pdfTools"], "expanded", 1, 2.5, True, b"bytes"):
             for encoding in (XML, BINARY):
                 with self.subTest(root=value, encoding=encoding):

@@ -53,7 +53,8 @@ class SettingsLimitsTest(EndToEndTestCase):
                 self.check_feature_settings(True)
 
     def test_a_value_of_a_class_without_a_type_costs_its_key_of_the_feature_settings(self):
-        for case, value in {"null": b"\x00", "a set": b"\xc0", "an identifier": b"\x80\x01"}.items():
+        values = {"null": b"\x00", "a set": b"\xc0", "an identifier": b"\x80\x01"}
+        for case, value in values.items():
             for key in ("featureOrder", "unknown"):
                 with self.subTest(value=case, key=key):
                     self.home.write_bytes(FEATURE_SETTINGS, property_lists.binary([

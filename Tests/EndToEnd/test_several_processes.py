@@ -1,4 +1,4 @@
-"""Several processes of the extension at once, as the system starts them for Open and Save panels."""
+"""Several processes of the extension at once: the system starts more for Open and Save panels."""
 
 import collections
 import threading

@@ -1,4 +1,4 @@
-"""What is no regular file, or a huge one, where a settings file or a log file belongs."""
+"""Pipes, sockets, devices, folders and huge files in the place of a settings file or a log."""
 
 import os
 import plistlib
@@ -68,7 +68,7 @@ class SpecialSettingsFileTest(SpecialFilesTestCase):
     def check(self, put):
         for name in SETTINGS_FILES:
             put(self.home.quorva / name)
-        # It may never answer, so it does not end by itself either.
+        # If it hangs, it does not end by itself either.
         extension = self.start_mortal_extension()
         self.assert_same(extension.menu(REQUEST),
                          MenuBuilder(self.home.settings(), REQUEST).menu())
@@ -120,7 +120,7 @@ class SpecialLogFileTest(SpecialFilesTestCase):
             self.assertTrue(log.is_file() and not log.is_symlink())
             self.assertEqual(log_messages(log.read_bytes())[-1], "queued action: compressToZIP")
 
-    def test_what_is_no_file_where_the_log_belongs_is_replaced_unless_it_is_a_folder(self):
+    def test_anything_but_a_folder_in_place_of_the_log_is_replaced(self):
         for put in (self.put_pipe, self.put_pipe_with_content, self.put_link_to_pipe,
                     self.put_socket, self.put_folder, self.put_full_device):
             with self.subTest(log=put.__name__):
@@ -128,8 +128,7 @@ class SpecialLogFileTest(SpecialFilesTestCase):
                 self.check(self.home.log_file, put)
 
     @alone
-    def test_what_is_no_file_where_the_temporary_log_belongs_is_replaced_unless_it_is_a_folder(
-            self):
+    def test_anything_but_a_folder_in_place_of_the_temporary_log_is_replaced(self):
         for put in (self.put_pipe, self.put_pipe_with_content, self.put_link_to_pipe,
                     self.put_socket, self.put_full_device, self.put_folder):
             with self.subTest(log=put.__name__):

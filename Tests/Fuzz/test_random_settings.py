@@ -30,7 +30,8 @@ IDS = ["a", "b", "c", "1", "", "vscode", "cursor", "preview", "pages", "list-mod
        "runScript__a", "é", "e\u0301", "a\nb", "📁"]
 NAMES = ["A", "B", "C", "", "项目", "桌面", "Pages", "Zed", "列表 · 最近修改", "图标 · 按名称 2",
          "a · b · c 12", "列表 2", " · b 3", "a\n · b 1", "新建文件夹", "压缩为 ZIP", "复制到桌面",
-         "复制到A", "é", "e\u0301", 'say "x"', "two\nlines", "👩‍👩‍👧‍👦", " ", "\ufeff", "%@%s%n", "用户目录", "移动到A"]
+         "复制到A", "é", "e\u0301", 'say "x"', "two\nlines", "👩‍👩‍👧‍👦", " ", "\ufeff", "%@%s%n",
+         "用户目录", "移动到A"]
 PATHS = ["/a", "/b/c", "", "relative", "/Applications/Pages.app", "/Applications/Cursor.app",
          "/Applications/Visual Studio Code.app", "/System/Applications/Preview.app",
          "/Users/ada/Desktop", "/Users/ada/Desktop/", "/Users/ada/Downloads", "/Users/ada/Music",
@@ -114,7 +115,8 @@ class Generator:
 
     def _entry(self, keys):
         values = {
-            "id": IDS, "name": self._names, "path": PATHS, "kind": ["shortcut", "script", "Script", ""],
+            "id": IDS, "name": self._names, "path": PATHS,
+            "kind": ["shortcut", "script", "Script", ""],
             "shortcutName": ["S", "S", ""], "scriptPath": ["/s", "/s", ""],
             "viewMode": ["list", ""], "sortMode": ["name", ""]}
         entry = {key: self.choice(values[key]) for key in keys if not self.chance(0.04)}
@@ -144,7 +146,7 @@ class Generator:
                        self.choice([None, *SELECTABLE]))
 
     def unusable_bytes(self, content):
-        """Bytes that are no property list."""
+        """Bytes that are not a property list."""
         if self.chance(0.3):
             return b""
         if self.chance(0.5):
@@ -163,8 +165,8 @@ class Generator:
                 [self.choice(PREFIXES) + self.choice(IDS), *identifiers])
         if self.chance(0.4):
             item["tag"] = self.choice([
-                PRESET_TAG_BASE + self.number(6), PRESET_TAG_BASE - 1, self.number(6), -1, 2**63 - 1,
-                PRESET_TAG_BASE - 2**63])
+                PRESET_TAG_BASE + self.number(6), PRESET_TAG_BASE - 1, self.number(6), -1,
+                2**63 - 1, PRESET_TAG_BASE - 2**63])
         if self.chance(0.4):
             item["representedObject"] = self._represented_object(items)
         return item
@@ -173,7 +175,7 @@ class Generator:
         if items and self.chance(0.5):
             return self.choice(items)["representedObject"]
         if self.chance(0.3):
-            return {"type": "other", "value": "a text"}
+            return {"type": "other", "value": "a string"}
         entries = {
             "actionID": self.choice(COMMAND_IDS + ["x"]), "title": self.choice(NAMES),
             "selectedPaths": self.sample(SELECTABLE, 3), "targetedPath": self.choice(["", "/t"]),
@@ -210,7 +212,7 @@ class RandomSettingsTest(EndToEndTestCase):
             self.check_click(generator, settings, menu, changed)
 
     def write_settings(self, generator):
-        """Writes random files and answers their model."""
+        """Writes random files and returns their model."""
         files = {}
         for name, field in zip(SETTINGS_FILES, (
                 "feature_settings", "custom_destinations", "custom_shortcut_actions",
