@@ -17,7 +17,7 @@ NSString* settingsChangedNotificationName() {
     return foundationString(FinderExtension::settingsChangedNotificationName);
 }
 
-/// `text` as a string that the caller's own pool releases, nil should making it fail.
+/// `text` as an autoreleased string, nil should making it fail.
 NSString* contained(std::string_view operation, std::string_view text) {
     NSString* string = nil;
     enterFromSystem(operation, [&] { string = [foundationString(text) retain]; });

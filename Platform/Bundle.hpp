@@ -11,7 +11,7 @@ namespace quorva::platform {
 /// The root, should the platform fail to tell.
 [[nodiscard]] FileURL mainBundleURL();
 
-/// The text for `key` in the main bundle's default string table, in the user's language. `key`
+/// The string for `key` in the main bundle's default string table, in the user's language. `key`
 /// itself when there is no translation.
 [[nodiscard]] std::string localizedString(std::string_view key);
 

@@ -74,7 +74,7 @@ void FinderExtension::refreshMonitoredDirectories(std::string_view reason) const
     const std::set<FileURL> urls = monitoredDirectoryURLs();
     platform::setDirectoryURLs(urls);
     logger_.refreshedDirectories(reason, static_cast<long>(urls.size()));
-    // URLs are ordered by their paths first, so this is ascending text order.
+    // URLs are ordered by their paths first, so this is ascending order.
     appendDiagnosticLog(std::string(reason) +
                         " monitored=" + bracketedPaths({urls.begin(), urls.end()}));
 }

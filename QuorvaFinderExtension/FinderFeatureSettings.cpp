@@ -105,8 +105,8 @@ std::optional<bool> boolean(const PropertyList& value) {
 }
 
 std::optional<FinderMenuLayout> layout(const PropertyList& value) {
-    const std::string* const text = value.string();
-    return text == nullptr ? std::nullopt : finderMenuLayoutWithRawValue(*text);
+    const std::string* const name = value.string();
+    return name == nullptr ? std::nullopt : finderMenuLayoutWithRawValue(*name);
 }
 
 std::vector<FinderFeature> defaultFeatures() {

@@ -48,7 +48,7 @@ std::optional<FinderCustomDestinationKind> destinationKind(const FinderActionCon
     return std::nullopt;
 }
 
-/// Whether the catalogue's command is to answer for the entry that `context` is attached to.
+/// Whether the catalogue's command is to stand for the entry that `context` is attached to.
 bool leavesToCommand(const FinderActionContext& context, const TitleMeaning& meaning,
                      const SettingsReading& settings) {
     const std::optional<FinderCustomDestinationKind> kind = destinationKind(context);

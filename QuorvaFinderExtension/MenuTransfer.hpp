@@ -18,7 +18,7 @@ namespace quorva {
 ///
 /// The view presets keep the tags that they have, and no tag lies in their range. The places that
 /// are there by default and that the catalogue has a command for keep none: the command is the
-/// better answer, because it means the user's folder where the place is one of the container.
+/// better choice, because it means the user's folder where the place is one of the container.
 ///
 /// `settings` is the reading that the menu was built from.
 void tagAmbiguousItems(Menu& menu, const SettingsReading& settings);

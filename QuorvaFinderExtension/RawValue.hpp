@@ -6,7 +6,7 @@
 
 namespace quorva {
 
-/// The one of `cases` whose `rawValue` equals `text`, to the letter. Absent for any other text.
+/// The one of `cases` whose `rawValue` equals `text`, to the letter. Absent for any other string.
 template <typename Cases, typename Case = typename Cases::value_type>
 std::optional<Case> caseWithRawValue(const Cases& cases, std::string_view text) {
     const auto found =
