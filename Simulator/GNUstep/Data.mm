@@ -1,50 +1,32 @@
 #import <Foundation/Foundation.h>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 
 #import "Simulator/GNUstep/FileError.h"
+#include "Simulator/WriteAll.hpp"
 
 namespace {
 
-/// Writes all of `data`. Answers 0 or the error's number.
-int writeAll(int descriptor, NSData* data) {
-    const char* bytes = static_cast<const char*>(data.bytes);
-    for (NSUInteger written = 0; written < data.length;) {
-        const ssize_t count = write(descriptor, bytes + written, data.length - written);
-        if (count < 0 && errno != EINTR) {
-            return errno;
-        }
-        written += count < 0 ? 0 : static_cast<NSUInteger>(count);
-    }
-    return 0;
-}
-
-/// The permissions of a file that is created without asking for any.
-mode_t defaultPermissions() {
-    const mode_t mask = umask(0);
-    umask(mask);
-    return 0666 & ~mask;
+/// Writes all of `data`. Returns 0 or the error's number.
+int write(int descriptor, NSData* data) {
+    return simulator::writeAll(descriptor, {static_cast<const char*>(data.bytes), data.length});
 }
 
 /// Answers 0 or the error's number, and leaves no temporary file.
 int writeAtomically(NSData* data, const std::filesystem::path& path) {
-    std::string temporary =
-        path.parent_path() / ("." + path.filename().string().substr(0, 200) + ".XXXXXX");
-    const int descriptor = mkostemp(temporary.data(), O_CLOEXEC);
+    const std::string temporary =
+        path.parent_path() /
+        ("." + path.filename().string().substr(0, 200) + "." + [NSUUID UUID].UUIDString.UTF8String);
+    const int descriptor = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0) {
         return errno;
     }
-    int result = writeAll(descriptor, data);
-    if (result == 0 && fchmod(descriptor, defaultPermissions()) != 0) {
-        result = errno;
-    }
+    int result = write(descriptor, data);
     if (close(descriptor) != 0 && result == 0) {
         result = errno;
     }
@@ -71,7 +53,7 @@ int writeAtomically(NSData* data, const std::filesystem::path& path) {
     } else {
         const int descriptor =
             open(path.UTF8String, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-        result = descriptor < 0 ? errno : writeAll(descriptor, self);
+        result = descriptor < 0 ? errno : write(descriptor, self);
         if (descriptor >= 0) {
             close(descriptor);
         }
