@@ -1,23 +1,23 @@
 #pragma once
 
-#include <optional>
-#include <string>
+#include <nlohmann/json.hpp>
 
-/// What the extension's process asks of the system, recorded as it happens, for the answers on
-/// standard output. Any thread may record. Compiled as plain C++; called from the stand-ins of the
-/// system's frameworks.
+/// What the extension's process asks of the system, recorded as it happens by the stand-ins of the
+/// system's frameworks. Any thread may record. The records are JSON objects in the form of
+/// Documentation/ExtensionProtocol.md.
 namespace simulator {
 
-/// A posted distributed notification. `userInfoJSON` is the user info as a JSON object, absent when
-/// there was none.
-void recordNotification(const std::string& name, const std::optional<std::string>& userInfoJSON);
+struct RecordedEvents {
+    /// Posted notifications and requests to open an application.
+    nlohmann::ordered_json events = nlohmann::ordered_json::array();
+    nlohmann::ordered_json unifiedLog = nlohmann::ordered_json::array();
+};
 
-/// A request to open the application at `path`.
-void recordOpenApplication(const std::string& path, bool activates, bool addsToRecentItems);
+void recordEvent(nlohmann::ordered_json event);
+void recordUnifiedLog(nlohmann::ordered_json record);
 
-/// A record of the unified log, with its fields filled in.
-void recordUnifiedLog(const std::string& level, const std::string& category,
-                      const std::string& message);
+/// What was recorded since the last call, in the order in which it happened.
+RecordedEvents takeRecordedEvents();
 
 /// An asynchronous launch began. Its completion must call `launchEnded`.
 void launchBegan();

@@ -1,24 +1,26 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <string_view>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
 
-/// What a JSON library leaves to its user when the text comes from anywhere.
 namespace simulator {
 
-/// How deep arrays and objects may lie in one another. A document is built and written recursively.
+/// How deep arrays and objects may lie in one another: the library reads any depth, but copies and
+/// writes recursively.
 inline constexpr int jsonDepthLimit = 512;
 
-/// Whether `text`, should it be JSON, keeps within the limit.
-bool isWithinJSONDepthLimit(std::string_view text);
-
-/// The text of the member `key` of `object`, the text of a valid JSON object, exactly as it stands
-/// there: numbers of any size keep all their digits. Of several the last, which is the one that
-/// counts. Absent when there is none.
-std::optional<std::string> memberText(std::string_view object, std::string_view key);
-
-/// `text` as a JSON string. Bytes that are not UTF-8 become U+FFFD.
-std::string jsonString(const std::string& text);
+/// The document that `text` holds. Throws std::exception when it holds none, or one that is nested
+/// more deeply than `jsonDepthLimit`.
+template <typename Text>
+nlohmann::json parseJSON(const Text& text) {
+    using Event = nlohmann::json::parse_event_t;
+    return nlohmann::json::parse(text, [](int depth, Event event, const nlohmann::json&) {
+        if (depth >= jsonDepthLimit &&
+            (event == Event::array_start || event == Event::object_start)) {
+            throw std::length_error("it is nested too deeply");
+        }
+        return true;
+    });
+}
 
 }  // namespace simulator

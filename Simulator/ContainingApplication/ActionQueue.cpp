@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "Simulator/JSONText.hpp"
+#include "Simulator/WriteAll.hpp"
 
 namespace simulator {
 namespace {
@@ -60,13 +61,8 @@ void appendLine(const path& file, const std::string& line) {
         throwSystemError(file);
     }
     const std::string bytes = (last == '\n' ? "" : "\n") + line + "\n";
-    for (std::size_t written = 0; written < bytes.size();) {
-        const ssize_t count =
-            write(descriptor.number(), bytes.data() + written, bytes.size() - written);
-        if (count < 0 && errno != EINTR) {
-            throwSystemError(file);
-        }
-        written += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    if (writeAll(descriptor.number(), bytes) != 0) {
+        throwSystemError(file);
     }
     synchronize(file, descriptor);
     if (size == 0) {
@@ -91,10 +87,7 @@ Record record(const path& file) {
         throw std::runtime_error("it can't be read");
     }
     const std::string text(std::istreambuf_iterator<char>(stream), {});
-    if (!isWithinJSONDepthLimit(text)) {
-        throw std::runtime_error("it is nested too deeply");
-    }
-    const json content = json::parse(text, nullptr, false);
+    const json content = parseJSON(text);
     if (!content.is_object() || !content.contains("actionID") || !content["actionID"].is_string() ||
         !content.contains("createdAt") || !content["createdAt"].is_number()) {
         throw std::runtime_error("it holds no action");

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <expected>
-#include <map>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <variant>
@@ -13,58 +13,23 @@
 #include "QuorvaFinderExtension/FinderActionContext.hpp"
 
 /// The extension that runs in this process, seen from where Finder stands: its principal object,
-/// the menus that it hands out as AppKit has them, and clicks. Main thread only.
+/// the menus that it hands out as AppKit has them, and clicks. Main thread only. What is shown is
+/// JSON in the form of Documentation/ExtensionProtocol.md.
 ///
 /// An Objective-C exception that the extension lets out ends the process, as it does on a Mac.
 namespace simulator {
 
-/// A value of a dictionary that a menu item represents.
-struct Value {
-    using Array = std::vector<Value>;
-    using Dictionary = std::map<std::string, Value>;
-
-    std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string, Array,
-                 Dictionary>
-        content;
-};
-
-/// An object of a class that the extension does not use, by its text.
-struct OtherObject {
-    std::string text;
-};
-
+/// What an item to deliver represents: nothing, a context, a dictionary (a JSON object), or an
+/// object of a class that the extension does not use, by its string.
 using RepresentedObject =
-    std::variant<std::monostate, std::shared_ptr<const quorva::FinderActionContext>,
-                 Value::Dictionary, OtherObject>;
-
-struct ShownItem;
-
-/// A menu as AppKit has it.
-struct ShownMenu {
-    std::string title;
-    std::vector<ShownItem> items;
-};
-
-struct ShownItem {
-    bool isSeparator = false;
-    std::string title;
-    bool enabled = false;
-    /// The selector, absent for none and for the one that AppKit gives an item with a submenu.
-    std::optional<std::string> action;
-    /// The class of the target.
-    std::optional<std::string> target;
-    std::string keyEquivalent;
-    std::optional<std::string> identifier;
-    std::int64_t tag = 0;
-    RepresentedObject representedObject;
-    std::optional<ShownMenu> submenu;
-};
+    std::variant<std::monostate, std::shared_ptr<const quorva::FinderActionContext>, nlohmann::json,
+                 std::string>;
 
 /// An item to deliver that no menu holds.
 struct SentItem {
     std::string title;
     std::optional<std::string> identifier;
-    std::optional<std::int64_t> tag;
+    std::int64_t tag = 0;
     RepresentedObject representedObject;
 };
 
@@ -84,9 +49,9 @@ enum class Delivery {
 /// Makes the principal object of the main bundle. Fails with one sentence.
 std::expected<void, std::string> startExtension();
 
-/// Asks for the menu, which stays the one that `clickItem` means. Absent when the extension gives
+/// Asks for the menu, which stays the one that `clickItem` means. Null when the extension gives
 /// none.
-std::optional<ShownMenu> requestMenu(unsigned long kind, const FinderState& state);
+nlohmann::ordered_json requestMenu(unsigned long kind, const FinderState& state);
 
 /// Clicks the item of the last menu at `indexPath`. Fails with one sentence when Finder's user
 /// could not click there.
@@ -99,11 +64,8 @@ void sendItem(const SentItem& item, const FinderState& state);
 /// The paths of the monitored folders, one for each URL of the set, in no particular order.
 std::vector<std::string> monitoredPaths();
 
-struct ToolbarItem {
-    std::optional<std::string> name;
-    std::optional<std::string> toolTip;
-};
-ToolbarItem toolbarItem();
+/// The name and the tool tip of the toolbar item.
+nlohmann::ordered_json toolbarItem();
 
 /// Runs the run loop for `seconds`.
 void runRunLoop(double seconds);

@@ -9,12 +9,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <utility>
 
 #import "Cocoa/FinderActionContextObject.h"
 #import "Cocoa/StringConversion.h"
+#include "Simulator/ExtensionHost/FinderFeatureActionText.hpp"
+#import "Simulator/GNUstep/JSONConversion.h"
 
 // The principal class is known by its name alone; here the method is only a name too.
 #pragma clang diagnostic ignored "-Wundeclared-selector"
@@ -39,9 +41,9 @@
 
 namespace {
 
+using nlohmann::ordered_json;
 using quorva::foundationString;
 using quorva::utf8String;
-using simulator::Value;
 
 FIFinderSync* principalObject = nil;
 NSMenu* lastMenu = nil;
@@ -83,98 +85,35 @@ class FinderStateScope {
     ~FinderStateScope() { [[FIFinderSyncController defaultController] end]; }
 };
 
-Value value(id object) {
-    if ([object isKindOfClass:[NSString class]]) {
-        return {utf8String(object)};
+ordered_json json(const quorva::FinderActionContext& context) {
+    ordered_json selectedPaths = ordered_json::array();
+    for (const quorva::FileURL& url : context.selectedURLs().urls()) {
+        selectedPaths.push_back(url.path());
     }
-    if ([object isKindOfClass:[NSNumber class]]) {
-        NSNumber* const number = object;
-        if ([number isKindOfClass:[[NSNumber numberWithBool:YES] class]]) {
-            return {static_cast<bool>(number.boolValue)};
-        }
-        switch (number.objCType[0]) {
-            case 'f':
-            case 'd':
-                return {number.doubleValue};
-            case 'Q':
-            case 'L':
-                return {static_cast<std::uint64_t>(number.unsignedLongLongValue)};
-            default:
-                return {static_cast<std::int64_t>(number.longLongValue)};
-        }
-    }
-    if ([object isKindOfClass:[NSArray class]]) {
-        Value::Array array;
-        for (id element in static_cast<NSArray*>(object)) {
-            array.push_back(value(element));
-        }
-        return {std::move(array)};
-    }
-    if ([object isKindOfClass:[NSDictionary class]]) {
-        Value::Dictionary dictionary;
-        for (id key in static_cast<NSDictionary*>(object)) {
-            dictionary.emplace(utf8String([key description]),
-                               value([static_cast<NSDictionary*>(object) objectForKey:key]));
-        }
-        return {std::move(dictionary)};
-    }
-    if (object == [NSNull null]) {
-        return {};
-    }
-    return {utf8String([object description])};
+    const auto& target = context.targetedURL();
+    return {{"type", "FinderActionContext"},
+            {"actionID", context.actionID()},
+            {"title", context.title()},
+            {"action", simulator::finderFeatureActionText(context.action())},
+            {"selectedPaths", std::move(selectedPaths)},
+            {"targetedPath", target ? ordered_json(target->path()) : ordered_json()},
+            {"destinationPath", context.destinationPath()},
+            {"presetID", context.presetID()}};
 }
 
-id foundationObject(const Value& value);
-
-NSDictionary* foundationDictionary(const Value::Dictionary& entries) {
-    NSMutableDictionary* const dictionary =
-        [NSMutableDictionary dictionaryWithCapacity:entries.size()];
-    for (const auto& [key, entry] : entries) {
-        [dictionary setObject:foundationObject(entry) forKey:foundationString(key)];
-    }
-    return dictionary;
-}
-
-id foundationObject(const Value& value) {
-    if (const auto* boolean = std::get_if<bool>(&value.content)) {
-        return [NSNumber numberWithBool:*boolean];
-    }
-    if (const auto* integer = std::get_if<std::int64_t>(&value.content)) {
-        return [NSNumber numberWithLongLong:*integer];
-    }
-    if (const auto* integer = std::get_if<std::uint64_t>(&value.content)) {
-        return [NSNumber numberWithUnsignedLongLong:*integer];
-    }
-    if (const auto* real = std::get_if<double>(&value.content)) {
-        return [NSNumber numberWithDouble:*real];
-    }
-    if (const auto* text = std::get_if<std::string>(&value.content)) {
-        return foundationString(*text);
-    }
-    if (const auto* elements = std::get_if<Value::Array>(&value.content)) {
-        NSMutableArray* const array = [NSMutableArray arrayWithCapacity:elements->size()];
-        for (const Value& element : *elements) {
-            [array addObject:foundationObject(element)];
-        }
-        return array;
-    }
-    if (const auto* entries = std::get_if<Value::Dictionary>(&value.content)) {
-        return foundationDictionary(*entries);
-    }
-    return [NSNull null];
-}
-
-simulator::RepresentedObject representedObject(id object) {
+ordered_json representedObject(id object) {
     if (object == nil) {
-        return {};
+        return nullptr;
     }
     if ([object isKindOfClass:[FinderActionContextObject class]]) {
-        return [static_cast<FinderActionContextObject*>(object) context];
+        return json(*[static_cast<FinderActionContextObject*>(object) context]);
     }
     if ([object isKindOfClass:[NSDictionary class]]) {
-        return std::get<Value::Dictionary>(value(object).content);
+        ordered_json shown = {{"type", "dictionary"}};
+        shown.update(simulator::jsonWithFoundationObject(object));
+        return shown;
     }
-    return simulator::OtherObject{utf8String([object description])};
+    return {{"type", "other"}, {"value", simulator::descriptionOfObject(object)}};
 }
 
 id foundationObject(const simulator::RepresentedObject& object) {
@@ -182,57 +121,52 @@ id foundationObject(const simulator::RepresentedObject& object) {
             std::get_if<std::shared_ptr<const quorva::FinderActionContext>>(&object)) {
         return [[[FinderActionContextObject alloc] initWithContext:*context] autorelease];
     }
-    if (const auto* entries = std::get_if<Value::Dictionary>(&object)) {
-        return foundationDictionary(*entries);
+    if (const auto* dictionary = std::get_if<nlohmann::json>(&object)) {
+        return simulator::foundationObjectWithJSON(*dictionary);
     }
-    if (const auto* other = std::get_if<simulator::OtherObject>(&object)) {
-        return
-            [[[NSAttributedString alloc] initWithString:foundationString(other->text)] autorelease];
+    if (const auto* text = std::get_if<std::string>(&object)) {
+        return [[[NSAttributedString alloc] initWithString:foundationString(*text)] autorelease];
     }
     return nil;
 }
 
-simulator::ShownMenu shownMenu(NSMenu* menu);
+ordered_json shownMenu(NSMenu* menu);
 
-simulator::ShownItem shownItem(NSMenuItem* item) {
-    simulator::ShownItem shown;
+ordered_json shownItem(NSMenuItem* item) {
     if ([item isSeparatorItem]) {
-        shown.isSeparator = true;
-        return shown;
+        return {{"separator", true}};
     }
-    shown.title = utf8String(item.title);
-    shown.enabled = [item isEnabled];
-    shown.keyEquivalent = utf8String(item.keyEquivalent);
-    if (item.identifier != nil) {
-        shown.identifier = utf8String(item.identifier);
-    }
-    shown.tag = item.tag;
-    shown.representedObject = representedObject(item.representedObject);
+    // AppKit gives an item with a submenu an action and a target of its own.
+    const bool hasOwnAction =
+        item.action != nullptr && !sel_isEqual(item.action, @selector(submenuAction:));
+    ordered_json shown = {
+        {"title", utf8String(item.title)},
+        {"enabled", static_cast<bool>([item isEnabled])},
+        {"action",
+         hasOwnAction ? ordered_json(utf8String(NSStringFromSelector(item.action))) : nullptr},
+        {"target", hasOwnAction && item.target != nil
+                       ? ordered_json(utf8String(NSStringFromClass([item.target class])))
+                       : nullptr},
+        {"keyEquivalent", utf8String(item.keyEquivalent)},
+        {"identifier", simulator::jsonWithFoundationObject(item.identifier)},
+        {"tag", item.tag},
+        {"representedObject", representedObject(item.representedObject)}};
     if ([item hasSubmenu]) {
-        shown.submenu = shownMenu(item.submenu);
-    }
-    if (item.action != nullptr && !sel_isEqual(item.action, @selector(submenuAction:))) {
-        shown.action = utf8String(NSStringFromSelector(item.action));
-        if (item.target != nil) {
-            shown.target = utf8String(NSStringFromClass([item.target class]));
-        }
+        shown["submenu"] = shownMenu(item.submenu);
     }
     return shown;
 }
 
-simulator::ShownMenu shownMenu(NSMenu* menu) {
-    simulator::ShownMenu shown;
-    shown.title = utf8String(menu.title);
+ordered_json shownMenu(NSMenu* menu) {
     // A menu that enables its items by itself does so just before it is shown.
     if (menu.autoenablesItems) {
         [menu update];
     }
-    NSArray* const items = menu.itemArray;
-    shown.items.reserve(items.count);
-    for (NSMenuItem* item in items) {
-        shown.items.push_back(shownItem(item));
+    ordered_json items = ordered_json::array();
+    for (NSMenuItem* item in menu.itemArray) {
+        items.push_back(shownItem(item));
     }
-    return shown;
+    return {{"title", utf8String(menu.title)}, {"items", std::move(items)}};
 }
 
 /// The item of the last menu at `indexPath`, as the user reaches it: through submenus that open.
@@ -264,6 +198,23 @@ std::expected<NSMenuItem*, std::string> clickableItem(const std::vector<std::siz
     return item;
 }
 
+/// Makes the application object. macOS: a signal ends the process. GNUstep runs Objective-C in
+/// handlers of its own, which end, hang or abort the process, or do nothing; no signal gets there.
+void makeApplication() {
+    sigset_t signals;
+    sigset_t former;
+    sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        sigaddset(&signals, signal);
+    }
+    pthread_sigmask(SIG_BLOCK, &signals, &former);
+    [NSApplication sharedApplication];
+    for (const int signal : {SIGINT, SIGTERM}) {
+        std::signal(signal, SIG_DFL);
+    }
+    pthread_sigmask(SIG_SETMASK, &former, nullptr);
+}
+
 }  // namespace
 
 std::expected<void, std::string> simulator::startExtension() {
@@ -273,7 +224,7 @@ std::expected<void, std::string> simulator::startExtension() {
         [[NSUserDefaults standardUserDefaults] registerDefaults:@{
             @"GSX11HandlesWindowDecorations" : @(NO)
         }];
-        [NSApplication sharedApplication];
+        makeApplication();
         NSDictionary* const description =
             [[NSBundle mainBundle].infoDictionary objectForKey:@"NSExtension"];
         if (![description isKindOfClass:[NSDictionary class]]) {
@@ -298,9 +249,8 @@ std::expected<void, std::string> simulator::startExtension() {
     return result;
 }
 
-std::optional<simulator::ShownMenu> simulator::requestMenu(unsigned long kind,
-                                                           const FinderState& state) {
-    std::optional<ShownMenu> shown;
+ordered_json simulator::requestMenu(unsigned long kind, const FinderState& state) {
+    ordered_json shown;
     enter("menuForMenuKind:", [&] {
         [lastMenu release];
         lastMenu = nil;
@@ -354,9 +304,7 @@ void simulator::sendItem(const SentItem& item, const FinderState& state) {
         if (item.identifier) {
             sender.identifier = foundationString(*item.identifier);
         }
-        if (item.tag) {
-            sender.tag = static_cast<NSInteger>(*item.tag);
-        }
+        sender.tag = static_cast<NSInteger>(item.tag);
         sender.representedObject = foundationObject(item.representedObject);
         const FinderStateScope scope(state);
         [NSApp sendAction:sender.action to:principalObject from:sender];
@@ -373,14 +321,14 @@ std::vector<std::string> simulator::monitoredPaths() {
     return paths;
 }
 
-simulator::ToolbarItem simulator::toolbarItem() {
-    ToolbarItem result;
+ordered_json simulator::toolbarItem() {
+    ordered_json result = {{"name", nullptr}, {"toolTip", nullptr}};
     enter("toolbarItemName", [&] {
         if ([principalObject respondsToSelector:@selector(toolbarItemName)]) {
-            result.name = utf8String(principalObject.toolbarItemName);
+            result["name"] = utf8String(principalObject.toolbarItemName);
         }
         if ([principalObject respondsToSelector:@selector(toolbarItemToolTip)]) {
-            result.toolTip = utf8String(principalObject.toolbarItemToolTip);
+            result["toolTip"] = utf8String(principalObject.toolbarItemToolTip);
         }
     });
     return result;

@@ -1,10 +1,11 @@
 #include "Simulator/ExtensionHost/ExtensionProtocol.hpp"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
+#include <cctype>
+#include <charconv>
+#include <climits>
 #include <cstdint>
-#include <limits>
+#include <initializer_list>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
@@ -13,16 +14,19 @@
 #include "Simulator/EventRecorder.hpp"
 #include "Simulator/ExtensionHost/Extension.hpp"
 #include "Simulator/ExtensionHost/FinderFeatureActionText.hpp"
-#include "Simulator/ExtensionHost/RecordedEvents.hpp"
 #include "Simulator/JSONText.hpp"
 
 namespace simulator {
 namespace {
 
 using nlohmann::json;
+using nlohmann::ordered_json;
 
 /// How long a launch may take before the answer no longer waits for it.
 constexpr double launchPatience = 20;
+
+/// How long a request may wait.
+constexpr double longestWait = 60;
 
 /// A request that can't be carried out, by the sentence that answers it.
 class RequestError : public std::runtime_error {
@@ -31,514 +35,255 @@ class RequestError : public std::runtime_error {
 
 // Reading a request.
 
-/// The member `key` of `object`, or null (the pointer) when there is none.
-const json* member(const json& object, const char* key) {
+/// The member `key` of `object`.
+template <typename Member>
+Member member(const json& object, const std::string& key) {
     const auto found = object.find(key);
-    return found == object.end() ? nullptr : &*found;
+    if (found == object.end()) {
+        throw RequestError("\"" + key + "\" is missing");
+    }
+    try {
+        return found->get<Member>();
+    } catch (const json::exception& exception) {
+        const std::string_view reason = exception.what();
+        throw RequestError(("\"" + key + "\": ").append(reason.substr(reason.find("] ") + 2)));
+    }
 }
 
-const json& requiredMember(const json& object, const char* key) {
-    const json* const value = member(object, key);
-    if (value == nullptr) {
-        throw RequestError(std::string("\"") + key + "\" is missing");
-    }
-    return *value;
+/// The same, absent when there is none.
+template <typename Member>
+std::optional<Member> optionalMember(const json& object, const std::string& key) {
+    return object.contains(key) ? std::optional(member<Member>(object, key)) : std::nullopt;
 }
 
-std::string text(const json& value, const char* key) {
-    if (!value.is_string()) {
-        throw RequestError(std::string("\"") + key + "\" must be a string");
-    }
-    return value.get<std::string>();
+/// The same, where null is as good as none.
+template <typename Member>
+std::optional<Member> nullableMember(const json& object, const std::string& key) {
+    const auto found = object.find(key);
+    return found == object.end() || found->is_null() ? std::nullopt
+                                                     : std::optional(member<Member>(object, key));
 }
 
-std::string optionalText(const json& object, const char* key) {
-    const json* const value = member(object, key);
-    return value == nullptr ? std::string() : text(*value, key);
+const json& requireObject(const json& value, const std::string& what) {
+    if (!value.is_object()) {
+        throw RequestError(what + " is not a JSON object");
+    }
+    return value;
 }
 
-std::int64_t integer(const json& value, const char* key) {
-    const bool fits = value.is_number_unsigned()
-                          ? value.get<std::uint64_t>() <=
-                                static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())
-                          : value.is_number_integer();
-    if (!fits) {
-        throw RequestError(std::string("\"") + key + "\" must be an integer of 64 bits");
+template <typename Member>
+Member oneOf(std::initializer_list<std::pair<std::string_view, Member>> choices,
+             const std::string& name, const std::string& key) {
+    std::string names;
+    for (const auto& [choice, value] : choices) {
+        if (name == choice) {
+            return value;
+        }
+        names.append(names.empty() ? "" : ", ").append(choice);
     }
-    return value.get<std::int64_t>();
+    throw RequestError("\"" + key + "\" must be one of " + names);
 }
 
-std::string path(const json& value, const char* key) {
-    std::string result = text(value, key);
-    if (!result.starts_with('/') || result.find('\0') != std::string::npos) {
-        throw RequestError(std::string("\"") + key + "\" must hold absolute paths without a NUL");
+void checkPath(const std::string& path) {
+    if (!path.starts_with('/') || path.find('\0') != std::string::npos) {
+        throw RequestError("a path must be absolute and without a NUL");
     }
-    return result;
-}
-
-std::vector<std::string> paths(const json& value, const char* key) {
-    if (!value.is_array() ||
-        !std::ranges::all_of(value, [](const json& element) { return element.is_string(); })) {
-        throw RequestError(std::string("\"") + key + "\" must be an array of strings");
+    if (path.size() >= PATH_MAX) {
+        throw RequestError("a path must be shorter than " + std::to_string(PATH_MAX) + " bytes");
     }
-    std::vector<std::string> result;
-    result.reserve(value.size());
-    for (const json& element : value) {
-        result.push_back(path(element, key));
-    }
-    return result;
-}
-
-std::optional<std::string> targetedPath(const json& object) {
-    const json* const value = member(object, "targetedPath");
-    if (value == nullptr || value->is_null()) {
-        return std::nullopt;
-    }
-    if (!value->is_string()) {
-        throw RequestError("\"targetedPath\" must be a string or null");
-    }
-    return path(*value, "targetedPath");
 }
 
 FinderState finderState(const json& request) {
     FinderState state;
-    if (const json* const selectedPaths = member(request, "selectedPaths")) {
-        state.selectedPaths = paths(*selectedPaths, "selectedPaths");
+    state.selectedPaths = optionalMember<std::vector<std::string>>(request, "selectedPaths");
+    state.targetedPath = nullableMember<std::string>(request, "targetedPath");
+    for (const std::string& path : state.selectedPaths.value_or(std::vector<std::string>())) {
+        checkPath(path);
     }
-    state.targetedPath = targetedPath(request);
+    if (state.targetedPath) {
+        checkPath(*state.targetedPath);
+    }
     return state;
 }
 
-unsigned long menuKind(const json& request) {
-    constexpr auto kinds =
-        std::to_array<std::string_view>({"items", "container", "sidebar", "toolbar"});
-    const auto* const found =
-        std::ranges::find(kinds, text(requiredMember(request, "kind"), "kind"));
-    if (found == kinds.end()) {
-        throw RequestError(
-            R"("kind" must be one of "items", "container", "sidebar" and "toolbar")");
-    }
-    return static_cast<unsigned long>(found - kinds.begin());
-}
-
-Delivery delivery(const json& request) {
-    const json* const value = member(request, "delivery");
-    const std::string name = value == nullptr ? "intact" : text(*value, "delivery");
-    if (name == "intact") {
-        return Delivery::intact;
-    }
-    if (name == "finder") {
-        return Delivery::finder;
-    }
-    throw RequestError(R"("delivery" must be "intact" or "finder")");
-}
-
 std::vector<std::size_t> indexPath(const json& request) {
-    const json& value = requiredMember(request, "indexPath");
-    if (!value.is_array() || value.empty()) {
-        throw RequestError("\"indexPath\" must be an array of at least one position");
+    const auto positions = member<json>(request, "indexPath");
+    if (!positions.is_array() || positions.empty() ||
+        !std::ranges::all_of(positions, &json::is_number_unsigned)) {
+        throw RequestError("\"indexPath\" must be an array of at least one position, from 0");
     }
-    std::vector<std::size_t> result;
-    for (const json& element : value) {
-        if (element.is_number_unsigned()) {
-            result.push_back(element.get<std::size_t>());
-        } else if (element.is_number_integer()) {
-            throw RequestError("the index path leads to no item of the last menu");
-        } else {
-            throw RequestError("\"indexPath\" must hold integers");
-        }
-    }
-    return result;
-}
-
-Value value(const json& source) {
-    switch (source.type()) {
-        case json::value_t::boolean:
-            return {source.get<bool>()};
-        case json::value_t::number_integer:
-            return {source.get<std::int64_t>()};
-        case json::value_t::number_unsigned: {
-            const auto number = source.get<std::uint64_t>();
-            if (number <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
-                return {static_cast<std::int64_t>(number)};
-            }
-            return {number};
-        }
-        case json::value_t::number_float:
-            return {source.get<double>()};
-        case json::value_t::string:
-            return {source.get<std::string>()};
-        case json::value_t::array: {
-            Value::Array elements;
-            elements.reserve(source.size());
-            for (const json& element : source) {
-                elements.push_back(value(element));
-            }
-            return {std::move(elements)};
-        }
-        case json::value_t::object: {
-            Value::Dictionary entries;
-            for (const auto& [key, element] : source.items()) {
-                entries.emplace(key, value(element));
-            }
-            return {std::move(entries)};
-        }
-        case json::value_t::null:
-        case json::value_t::binary:
-        case json::value_t::discarded:
-            break;
-    }
-    return {};
+    return positions.get<std::vector<std::size_t>>();
 }
 
 std::shared_ptr<const quorva::FinderActionContext> context(const json& source) {
-    const auto action =
-        finderFeatureActionWithText(text(requiredMember(source, "action"), "action"));
+    const auto action = finderFeatureActionWithText(member<std::string>(source, "action"));
     if (!action) {
         throw RequestError("\"action\" must be an action, written like copyPath(fullPath)");
     }
+    const FinderState state = finderState(source);
     std::vector<quorva::FileURL> selectedURLs;
-    if (const json* const selectedPaths = member(source, "selectedPaths")) {
-        for (const std::string& selectedPath : paths(*selectedPaths, "selectedPaths")) {
-            selectedURLs.push_back(quorva::FileURL::file(selectedPath));
-        }
-    }
-    std::optional<quorva::FileURL> targetedURL;
-    if (const auto target = targetedPath(source)) {
-        targetedURL = quorva::FileURL::directory(*target);
+    for (const std::string& path : state.selectedPaths.value_or(std::vector<std::string>())) {
+        selectedURLs.push_back(quorva::FileURL::file(path));
     }
     return std::make_shared<const quorva::FinderActionContext>(
-        text(requiredMember(source, "actionID"), "actionID"), optionalText(source, "title"),
-        *action, std::move(selectedURLs), std::move(targetedURL),
-        optionalText(source, "destinationPath"), optionalText(source, "presetID"));
+        member<std::string>(source, "actionID"),
+        optionalMember<std::string>(source, "title").value_or(""), *action, std::move(selectedURLs),
+        state.targetedPath.transform(quorva::FileURL::directory),
+        optionalMember<std::string>(source, "destinationPath").value_or(""),
+        optionalMember<std::string>(source, "presetID").value_or(""));
 }
 
-RepresentedObject representedObject(const json& source) {
-    if (source.is_null()) {
-        return {};
-    }
-    if (!source.is_object()) {
-        throw RequestError("\"representedObject\" must be an object or null");
-    }
-    const std::string type = text(requiredMember(source, "type"), "type");
+RepresentedObject representedObject(json source) {
+    const auto type = member<std::string>(source, "type");
     if (type == "FinderActionContext") {
         return context(source);
     }
     if (type == "dictionary") {
-        Value::Dictionary entries = std::get<Value::Dictionary>(value(source).content);
-        entries.erase("type");
-        return entries;
+        source.erase("type");
+        return source;
     }
     if (type == "other") {
-        return OtherObject{text(requiredMember(source, "value"), "value")};
+        return member<std::string>(source, "value");
     }
     throw RequestError(R"("type" must be "FinderActionContext", "dictionary" or "other")");
 }
 
 SentItem sentItem(const json& request) {
-    const json& source = requiredMember(request, "item");
-    if (!source.is_object()) {
-        throw RequestError("\"item\" must be an object");
-    }
+    const json source = requireObject(member<json>(request, "item"), "\"item\"");
     SentItem item;
-    item.title = text(requiredMember(source, "title"), "title");
-    if (const json* const identifier = member(source, "identifier");
-        identifier != nullptr && !identifier->is_null()) {
-        item.identifier = text(*identifier, "identifier");
+    item.title = member<std::string>(source, "title");
+    item.identifier = nullableMember<std::string>(source, "identifier");
+    if (const auto tag = optionalMember<json>(source, "tag")) {
+        if (!tag->is_number_integer() ||
+            (tag->is_number_unsigned() && tag->get<std::uint64_t>() > INT64_MAX)) {
+            throw RequestError("\"tag\" must be an integer of 64 bits");
+        }
+        item.tag = tag->get<std::int64_t>();
     }
-    if (const json* const tag = member(source, "tag")) {
-        item.tag = integer(*tag, "tag");
-    }
-    if (const json* const object = member(source, "representedObject")) {
-        item.representedObject = representedObject(*object);
+    if (const auto object = nullableMember<json>(source, "representedObject")) {
+        item.representedObject = representedObject(requireObject(*object, "\"representedObject\""));
     }
     return item;
 }
 
-// Writing an answer. Written as it goes and not through a document: each of a hundred entries shows
-// the whole selection, which may be of ten thousand paths.
+// Carrying a request out: each operation returns its own members of the answer.
 
-class AnswerWriter {
- public:
-    /// Begins the value of a further member.
-    AnswerWriter& key(std::string_view name) {
-        if (!text_.ends_with('{')) {
-            text_ += ',';
-        }
-        text_.append(1, '"').append(name).append("\":");
-        return *this;
-    }
-
-    void raw(std::string_view value) { text_ += value; }
-    void write(const std::string& value) { text_ += jsonString(value); }
-    void write(const char* value) { write(std::string(value)); }
-    void write(bool value) { text_ += value ? "true" : "false"; }
-
-    template <typename Element>
-    void write(const std::optional<Element>& value) {
-        if (value) {
-            write(*value);
-        } else {
-            text_ += "null";
-        }
-    }
-
-    void write(const ShownMenu& menu) {
-        text_ += '{';
-        key("title").write(menu.title);
-        key("items").writeElements(menu.items);
-        text_ += '}';
-    }
-
-    void write(const ShownItem& item) {
-        text_ += '{';
-        if (item.isSeparator) {
-            key("separator").write(true);
-        } else {
-            key("title").write(item.title);
-            key("enabled").write(item.enabled);
-            key("action").write(item.action);
-            key("target").write(item.target);
-            key("keyEquivalent").write(item.keyEquivalent);
-            key("identifier").write(item.identifier);
-            key("tag").raw(std::to_string(item.tag));
-            key("representedObject").write(item.representedObject);
-            if (item.submenu) {
-                key("submenu").write(*item.submenu);
-            }
-        }
-        text_ += '}';
-    }
-
-    template <typename Element>
-    void writeElements(const std::vector<Element>& elements) {
-        text_ += '[';
-        for (const Element& element : elements) {
-            if (!text_.ends_with('[')) {
-                text_ += ',';
-            }
-            write(element);
-        }
-        text_ += ']';
-    }
-
-    /// Elements that are the texts of JSON values already.
-    void writeTexts(const std::vector<std::string>& texts) {
-        text_ += '[';
-        for (const std::string& element : texts) {
-            if (!text_.ends_with('[')) {
-                text_ += ',';
-            }
-            text_ += element;
-        }
-        text_ += ']';
-    }
-
-    std::string take() { return std::move(text_); }
-
- private:
-    void write(const RepresentedObject& object) {
-        if (const auto* entries = std::get_if<Value::Dictionary>(&object)) {
-            text_ += '{';
-            key("type").write("dictionary");
-            writeEntries(*entries);
-            text_ += '}';
-        } else if (const auto* context =
-                       std::get_if<std::shared_ptr<const quorva::FinderActionContext>>(&object)) {
-            write(**context);
-        } else if (const auto* other = std::get_if<OtherObject>(&object)) {
-            text_ += '{';
-            key("type").write("other");
-            key("value").write(other->text);
-            text_ += '}';
-        } else {
-            text_ += "null";
-        }
-    }
-
-    void write(std::monostate) { text_ += "null"; }
-    void write(std::int64_t value) { text_ += std::to_string(value); }
-    void write(std::uint64_t value) { text_ += std::to_string(value); }
-    void write(double value) { text_ += json(value).dump(); }
-
-    void write(const Value& value) {
-        std::visit([this](const auto& content) { write(content); }, value.content);
-    }
-
-    void write(const Value::Array& array) { writeElements(array); }
-
-    void write(const Value::Dictionary& dictionary) {
-        text_ += '{';
-        writeEntries(dictionary);
-        text_ += '}';
-    }
-
-    void writeEntries(const Value::Dictionary& dictionary) {
-        bool isFirst = text_.ends_with('{');
-        for (const auto& [name, entry] : dictionary) {
-            if (!std::exchange(isFirst, false)) {
-                text_ += ',';
-            }
-            write(name);
-            text_ += ':';
-            write(entry);
-        }
-    }
-
-    void write(const quorva::FinderActionContext& context) {
-        text_ += '{';
-        key("type").write("FinderActionContext");
-        key("actionID").write(context.actionID());
-        key("title").write(context.title());
-        key("action").write(finderFeatureActionText(context.action()));
-        key("selectedPaths").write(context.selectedURLs().urls());
-        key("targetedPath").write(context.targetedURL().transform([](const auto& url) {
-            return std::string(url.path());
-        }));
-        key("destinationPath").write(context.destinationPath());
-        key("presetID").write(context.presetID());
-        text_ += '}';
-    }
-
-    /// The text of a selection is kept, because the entries of one menu share theirs.
-    void write(const std::vector<quorva::FileURL>& selection) {
-        if (selection_ != &selection) {
-            selection_ = &selection;
-            std::vector<std::string> selectedPaths;
-            selectedPaths.reserve(selection.size());
-            for (const quorva::FileURL& url : selection) {
-                selectedPaths.push_back(url.path());
-            }
-            AnswerWriter writer;
-            writer.writeElements(selectedPaths);
-            selectionText_ = writer.take();
-        }
-        text_ += selectionText_;
-    }
-
-    std::string text_;
-    const std::vector<quorva::FileURL>* selection_ = nullptr;
-    std::string selectionText_;
-};
-
-// Carrying a request out: each operation adds its own members to the answer.
-
-void answerMenu(const json& request, AnswerWriter& answer) {
-    const unsigned long kind = menuKind(request);
-    const FinderState state = finderState(request);
-    const std::optional<ShownMenu> menu = requestMenu(kind, state);
-    answer.key("menu").write(menu);
+ordered_json answerMenu(const json& request) {
+    const auto kind =
+        oneOf<unsigned long>({{"items", 0}, {"container", 1}, {"sidebar", 2}, {"toolbar", 3}},
+                             member<std::string>(request, "kind"), "kind");
+    return {{"menu", requestMenu(kind, finderState(request))}};
 }
 
-void answerClick(const json& request, AnswerWriter&) {
-    const std::vector<std::size_t> path = indexPath(request);
-    const Delivery how = delivery(request);
-    const FinderState state = finderState(request);
-    if (const auto clicked = clickItem(path, how, state); !clicked) {
+ordered_json answerClick(const json& request) {
+    const auto delivery = oneOf<Delivery>(
+        {{"intact", Delivery::intact}, {"finder", Delivery::finder}},
+        optionalMember<std::string>(request, "delivery").value_or("intact"), "delivery");
+    if (const auto clicked = clickItem(indexPath(request), delivery, finderState(request));
+        !clicked) {
         throw RequestError(clicked.error());
     }
+    return ordered_json::object();
 }
 
-void answerSend(const json& request, AnswerWriter&) {
-    const SentItem item = sentItem(request);
-    sendItem(item, finderState(request));
+ordered_json answerSend(const json& request) {
+    sendItem(sentItem(request), finderState(request));
+    return ordered_json::object();
 }
 
-void answerDirectories(const json&, AnswerWriter& answer) {
+ordered_json answerDirectories(const json&) {
     std::vector<std::string> monitored = monitoredPaths();
     std::ranges::sort(monitored);
-    answer.key("directories").writeElements(monitored);
+    return {{"directories", monitored}};
 }
 
-void answerToolbar(const json&, AnswerWriter& answer) {
-    const ToolbarItem item = toolbarItem();
-    answer.key("name").write(item.name);
-    answer.key("toolTip").write(item.toolTip);
+ordered_json answerToolbar(const json&) {
+    return toolbarItem();
 }
 
-void answerWait(const json& request, AnswerWriter&) {
-    const json& seconds = requiredMember(request, "seconds");
-    if (!seconds.is_number() || seconds.get<double>() < 0) {
-        throw RequestError("\"seconds\" must be a number that is not negative");
+ordered_json answerWait(const json& request) {
+    const auto seconds = member<json>(request, "seconds");
+    if (!seconds.is_number() || seconds < 0 || seconds > longestWait) {
+        throw RequestError("\"seconds\" must be a number from 0 to 60");
     }
     runRunLoop(seconds.get<double>());
+    return ordered_json::object();
 }
 
-struct Request {
-    std::string_view name;
-    void (*answer)(const json& request, AnswerWriter& answer);
-};
-
-constexpr auto requests = std::to_array<Request>({
-    {"menu", answerMenu},
-    {"click", answerClick},
-    {"send", answerSend},
-    {"directories", answerDirectories},
-    {"toolbar", answerToolbar},
-    {"wait", answerWait},
-});
-
-void carryOut(std::string_view line, std::string& id, AnswerWriter& answer) {
-    // To the library a NUL is the end of the text.
-    if (line.find('\0') != std::string_view::npos) {
-        throw RequestError("the line is no JSON");
+/// `line` with 0 in place of every number that is out of range.
+std::string withoutNumbersOutOfRange(std::string line) {
+    bool isInString = false;
+    for (std::size_t position = 0; position < line.size(); ++position) {
+        if (isInString && line[position] == '\\') {
+            ++position;
+        } else if (line[position] == '"') {
+            isInString = !isInString;
+        } else if (!isInString && std::isdigit(static_cast<unsigned char>(line[position])) != 0) {
+            double number = 0;
+            const char* const start = line.data() + position;
+            const auto [end, error] = std::from_chars(start, line.data() + line.size(), number);
+            const auto length = static_cast<std::size_t>(end - start);
+            if (error != std::errc()) {
+                line.replace(position, length, length, ' ');
+                line[position] = '0';
+            }
+            position += length - 1;
+        }
     }
-    if (!isWithinJSONDepthLimit(line)) {
-        throw RequestError("the line is nested too deeply");
-    }
+    return line;
+}
+
+/// Carries out the request that `line` is, and adds to `answer` what answers it.
+void carryOut(std::string_view line, ordered_json& answer) {
+    bool isInRange = true;
     json request;
     try {
-        request = json::parse(line);
-    } catch (const json::out_of_range&) {
-        throw RequestError("the line holds a number that is out of range");
+        // To the library a NUL is the end of the text.
+        if (line.contains('\0')) {
+            throw RequestError("the line is not JSON");
+        }
+        try {
+            request = parseJSON(line);
+        } catch (const json::out_of_range&) {
+            isInRange = false;
+            request = parseJSON(withoutNumbersOutOfRange(std::string(line)));
+        }
     } catch (const json::exception&) {
-        throw RequestError("the line is no JSON");
+        throw RequestError("the line is not JSON");
     }
-    if (!request.is_object()) {
-        throw RequestError("the line is no JSON object");
+    const auto id = member<json>(requireObject(request, "the line"), "id");
+    if (!id.is_string() && !id.is_number_integer()) {
+        throw RequestError("\"id\" must be a string or an integer of 64 bits");
     }
-    id = memberText(line, "id").value_or("null");
-    requiredMember(request, "id");
-    const std::string name = text(requiredMember(request, "request"), "request");
-    const auto* const found = std::ranges::find(requests, name, &Request::name);
-    if (found == requests.end()) {
-        throw RequestError("there is no such request");
+    answer["id"] = id;
+    if (!isInRange) {
+        throw RequestError("the line holds a number that is out of range");
     }
-    found->answer(request, answer);
+    const auto operation =
+        oneOf<ordered_json (*)(const json&)>({{"menu", answerMenu},
+                                              {"click", answerClick},
+                                              {"send", answerSend},
+                                              {"directories", answerDirectories},
+                                              {"toolbar", answerToolbar},
+                                              {"wait", answerWait}},
+                                             member<std::string>(request, "request"), "request");
+    answer.update(operation(request));
     waitForLaunches(launchPatience);
 }
 
 }  // namespace
 
 std::string answer(std::string_view line) {
-    std::string id = "null";
-    AnswerWriter members;
-    std::string error;
+    ordered_json answer = {{"id", nullptr}};
     try {
-        members.raw("{");
-        carryOut(line, id, members);
+        carryOut(line, answer);
     } catch (const std::exception& exception) {
-        error = exception.what();
+        answer["error"] = exception.what();
     }
-
-    AnswerWriter answer;
-    answer.raw("{");
-    answer.key("id").raw(id);
-    if (error.empty()) {
-        std::string text = members.take();
-        text.erase(0, 1);
-        if (!text.empty()) {
-            answer.raw(",");
-            answer.raw(text);
-        }
-    } else {
-        answer.key("error").write(error);
-    }
-    const RecordedEvents recorded = takeRecordedEvents();
-    answer.key("events").writeTexts(recorded.events);
-    answer.key("unifiedLog").writeTexts(recorded.unifiedLog);
-    answer.raw("}");
-    return answer.take();
+    RecordedEvents recorded = takeRecordedEvents();
+    answer["events"] = std::move(recorded.events);
+    answer["unifiedLog"] = std::move(recorded.unifiedLog);
+    return answer.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
 }
 
 }  // namespace simulator

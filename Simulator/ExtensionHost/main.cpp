@@ -17,6 +17,7 @@
 #include "Simulator/ExtensionHost/Extension.hpp"
 #include "Simulator/ExtensionHost/ExtensionProtocol.hpp"
 #include "Simulator/VirtualDisplay.hpp"
+#include "Simulator/WriteAll.hpp"
 
 namespace {
 
@@ -80,21 +81,29 @@ class LineReader {
     bool isAtEnd_ = false;
 };
 
-bool writeAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
-        if (count >= 0) {
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-        } else if (errno != EINTR) {
-            return false;
-        }
+/// Writes a line. Whoever asked may be gone when the answer is ready, and a signal would not say
+/// so. Returns 0 or the error's number, with which the signal stays blocked and pending.
+int writeLine(int descriptor, const std::string& line) {
+    sigset_t brokenPipe;
+    sigset_t former;
+    sigemptyset(&brokenPipe);
+    sigaddset(&brokenPipe, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &brokenPipe, &former);
+    const int error = simulator::writeAll(descriptor, line + "\n");
+    if (error == 0) {
+        pthread_sigmask(SIG_SETMASK, &former, nullptr);
     }
-    return true;
+    return error;
 }
 
 }  // namespace
 
 int main() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            return fail("standard input, standard output and standard error must be open");
+        }
+    }
     const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
     if (nothing < 0) {
         return fail("there is no /dev/null");
@@ -102,10 +111,8 @@ int main() {
     const int input = takeOver(STDIN_FILENO, nothing);
     const int output = takeOver(STDOUT_FILENO, STDERR_FILENO);
     if (input < 0 || output < 0) {
-        return fail("standard input and standard output must be open");
+        return fail(std::string("no file descriptor: ") + std::strerror(errno));
     }
-    // Whoever asked may be gone when the answer is ready.
-    std::signal(SIGPIPE, SIG_IGN);
 
     if (const auto display = simulator::ensureDisplay(); !display) {
         return fail(display.error());
@@ -116,8 +123,8 @@ int main() {
 
     LineReader lines(input);
     while (const auto line = lines.next()) {
-        if (!writeAll(output, simulator::answer(*line) + "\n")) {
-            return fail(std::string("an answer could not be written: ") + std::strerror(errno));
+        if (const int error = writeLine(output, simulator::answer(*line)); error != 0) {
+            return fail(std::string("an answer could not be written: ") + std::strerror(error));
         }
     }
     return 0;

@@ -1,50 +1,15 @@
 #import <Foundation/Foundation.h>
 
 #include <cmath>
-#include <nlohmann/json.hpp>
 
-#import "Cocoa/StringConversion.h"
+#import "Simulator/GNUstep/JSONConversion.h"
 
 namespace {
 
-nlohmann::json jsonValue(id object) {
-    if ([object isKindOfClass:[NSString class]]) {
-        return quorva::utf8String(object);
-    }
-    if ([object isKindOfClass:[NSNumber class]]) {
-        NSNumber* number = object;
-        if ([number isKindOfClass:[[NSNumber numberWithBool:YES] class]]) {
-            return static_cast<bool>(number.boolValue);
-        }
-        if (number.objCType[0] == 'f' || number.objCType[0] == 'd') {
-            return number.doubleValue;
-        }
-        return number.objCType[0] == 'Q' ? nlohmann::json(number.unsignedLongLongValue)
-                                         : nlohmann::json(number.longLongValue);
-    }
-    if ([object isKindOfClass:[NSArray class]]) {
-        nlohmann::json array = nlohmann::json::array();
-        for (id element in static_cast<NSArray*>(object)) {
-            array.push_back(jsonValue(element));
-        }
-        return array;
-    }
-    if ([object isKindOfClass:[NSDictionary class]]) {
-        nlohmann::json members = nlohmann::json::object();
-        for (id key in static_cast<NSDictionary*>(object)) {
-            if (![key isKindOfClass:[NSString class]]) {
-                [NSException raise:NSInvalidArgumentException
-                            format:@"Invalid (non-string) key in JSON dictionary"];
-            }
-            members[quorva::utf8String(key)] = jsonValue([object objectForKey:key]);
-        }
-        return members;
-    }
-    if (object != [NSNull null]) {
-        [NSException raise:NSInvalidArgumentException
-                    format:@"Invalid type in JSON write (%@)", [object class]];
-    }
-    return nullptr;
+std::string refuse(id object) {
+    [NSException raise:NSInvalidArgumentException
+                format:@"Invalid type in JSON write (%@)", [object class]];
+    return {};
 }
 
 bool holdsNonFiniteNumber(const nlohmann::json& value) {
@@ -67,7 +32,7 @@ bool holdsNonFiniteNumber(const nlohmann::json& value) {
         [NSException raise:NSInvalidArgumentException
                     format:@"Invalid top-level type in JSON write"];
     }
-    const nlohmann::json value = jsonValue(object);
+    const nlohmann::json value = simulator::jsonWithFoundationObject(object, refuse);
     if (holdsNonFiniteNumber(value)) {
         if (error != nullptr) {
             *error = [NSError

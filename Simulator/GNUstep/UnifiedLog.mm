@@ -1,48 +1,131 @@
+#import <Foundation/Foundation.h>
 #include <os/log.h>
 
+#include <cerrno>
 #include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <regex>
 #include <string>
-#include <string_view>
 
+#import "Cocoa/StringConversion.h"
 #include "Simulator/EventRecorder.hpp"
+
+namespace {
+
+struct Arguments {
+    std::va_list list;
+};
+
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wformat-nonliteral"
+template <typename Argument>
+std::string formatted(const std::string& conversion, Argument argument) {
+    const int length = std::snprintf(nullptr, 0, conversion.c_str(), argument);
+    std::string text(static_cast<std::size_t>(std::max(length, 0)), '\0');
+    std::snprintf(text.data(), text.size() + 1, conversion.c_str(), argument);
+    return text;
+}
+#pragma clang diagnostic pop
+
+/// A field of a format, filled in with the next of `arguments`. Its parts are the words in braces,
+/// flags with width and precision, the length, and the conversion.
+std::string filledIn(const std::smatch& field, Arguments& arguments) {
+    const std::string words = field[1];
+    const std::string length = field[3];
+    const std::string conversion = "%" + field[2].str() + length + field[4].str();
+    bool isPublic = words.find("public") != std::string::npos;
+    const bool isPrivate =
+        words.find("private") != std::string::npos || words.find("sensitive") != std::string::npos;
+    std::string text;
+    switch (field[4].str()[0]) {
+        case '%':
+            return "%";
+        case 'm':
+            return std::strerror(errno);
+        case '@':
+            text = quorva::utf8String([va_arg(arguments.list, id) description]);
+            break;
+        case 's':
+            text = formatted(conversion, va_arg(arguments.list, const char*));
+            break;
+        case 'p':
+            isPublic = true;
+            text = formatted(conversion, va_arg(arguments.list, void*));
+            break;
+        case 'a':
+        case 'A':
+        case 'e':
+        case 'E':
+        case 'f':
+        case 'F':
+        case 'g':
+        case 'G':
+            isPublic = true;
+            text = formatted(conversion, va_arg(arguments.list, double));
+            break;
+        default: {
+            isPublic = true;
+            const bool isLong = !length.empty() && length[0] != 'h';
+            const long value =
+                isLong ? va_arg(arguments.list, long) : long{va_arg(arguments.list, int)};
+            if (words.find("bool") != std::string::npos) {
+                text = value != 0 ? "true" : "false";
+            } else if (words.find("BOOL") != std::string::npos) {
+                text = value != 0 ? "YES" : "NO";
+            } else {
+                text = isLong ? formatted(conversion, value)
+                              : formatted(conversion, static_cast<int>(value));
+            }
+        }
+    }
+    return isPublic && !isPrivate ? text : "<private>";
+}
+
+const char* nameOfLevel(os_log_type_t type) {
+    switch (type) {
+        case OS_LOG_TYPE_INFO:
+            return "info";
+        case OS_LOG_TYPE_DEBUG:
+            return "debug";
+        case OS_LOG_TYPE_ERROR:
+            return "error";
+        case OS_LOG_TYPE_FAULT:
+            return "fault";
+        default:
+            return "default";
+    }
+}
+
+}  // namespace
 
 @implementation OS_os_log
 @end
 
 os_log_t os_log_create(const char* subsystem, const char* category) {
-    (void)subsystem;
     os_log_t log = [[OS_os_log alloc] init];
+    log->subsystem = subsystem;
     log->category = category;
     return log;
 }
 
-void simulatorLog(os_log_t log, os_log_type_t type, const char* format, ...) {
+void os_log_with_type(os_log_t log, os_log_type_t type, const char* format, ...) {
+    static const std::regex fieldPattern(
+        R"(%(?:\{([^}]*)\})?([-+ #0-9.]*)(hh|h|ll|l|q|j|z|t)?([a-zA-Z@%]))");
+    Arguments arguments;
+    va_start(arguments.list, format);
+    const std::string whole = format;
     std::string message;
-    std::va_list arguments;
-    va_start(arguments, format);
-    for (std::string_view rest = format; !rest.empty();) {
-        const std::size_t text = rest.find('%');
-        message += rest.substr(0, text);
-        const std::size_t brace = rest.find('}', text);
-        if (brace == std::string_view::npos) {
-            break;
-        }
-        const bool isBoolean = rest.substr(text, brace - text).contains("bool");
-        rest.remove_prefix(brace + 1);
-        const std::size_t conversion = rest.find_first_of("uds");
-        if (rest.starts_with("lu")) {
-            message += std::to_string(va_arg(arguments, unsigned long));
-        } else if (rest.starts_with("ld")) {
-            message += std::to_string(va_arg(arguments, long));
-        } else if (rest.starts_with("s")) {
-            message += va_arg(arguments, const char*);
-        } else {
-            const int value = va_arg(arguments, int);
-            message += isBoolean ? (value != 0 ? "true" : "false") : std::to_string(value);
-        }
-        rest.remove_prefix(conversion + 1);
+    auto rest = whole.begin();
+    for (auto field = std::sregex_iterator(rest, whole.end(), fieldPattern);
+         field != std::sregex_iterator(); ++field) {
+        message.append(rest, (*field)[0].first).append(filledIn(*field, arguments));
+        rest = (*field)[0].second;
     }
-    va_end(arguments);
-    simulator::recordUnifiedLog(type == OS_LOG_TYPE_INFO ? "info" : "default", log->category,
-                                message);
+    message.append(rest, whole.end());
+    va_end(arguments.list);
+    simulator::recordUnifiedLog({{"subsystem", log->subsystem},
+                                 {"category", log->category},
+                                 {"level", nameOfLevel(type)},
+                                 {"message", message}});
 }

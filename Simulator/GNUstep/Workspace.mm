@@ -4,10 +4,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <string_view>
-#include <thread>
 
+#import "Cocoa/StringConversion.h"
 #include "Simulator/EventRecorder.hpp"
 #import "Simulator/GNUstep/ApplicationBundle.h"
 #import "Simulator/GNUstep/FileError.h"
@@ -20,9 +21,9 @@ bool launchesApplications() {
     return value != nullptr && std::string_view(value) == "1";
 }
 
-/// Starts the program at `path` in a session of its own, with nothing to read and with standard
-/// error as its only output, because standard output belongs to the extension's answers. A thread
-/// waits for its end. Answers 0 or the error's number.
+/// Starts the program at `path` in a session of its own, with every signal's default, nothing to
+/// read, and standard error as its only output, because standard output belongs to the extension's
+/// answers. Returns 0 or the error's number.
 int start(NSString* path, pid_t& process) {
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
@@ -31,22 +32,26 @@ int start(NSString* path, pid_t& process) {
     posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
+    sigset_t signals;
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes, &signals);
+    sigfillset(&signals);
+    posix_spawnattr_setsigdefault(&attributes, &signals);
+    posix_spawnattr_setflags(&attributes,
+                             POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
     std::string executable = path.UTF8String;
     char* arguments[] = {executable.data(), nullptr};
     const int result =
         posix_spawn(&process, executable.c_str(), &files, &attributes, arguments, environ);
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&files);
-    if (result == 0) {
-        std::thread([identifier = process] { waitpid(identifier, nullptr, 0); }).detach();
-    }
     return result;
 }
 
 }  // namespace
 
-/// One request to open an application, carried out on a thread of its own.
+/// One request to open an application, carried out on a thread of its own, which then waits for the
+/// application's end.
 @interface SimulatorApplicationLaunch : NSObject {
    @private
     NSString* _path;
@@ -55,6 +60,7 @@ int start(NSString* path, pid_t& process) {
 - (instancetype)initWithPath:(NSString*)path
            completionHandler:(void (^)(NSRunningApplication*, NSError*))completionHandler;
 - (void)run;
+- (void)failWithCode:(int)code;
 @end
 
 @implementation SimulatorApplicationLaunch
@@ -77,9 +83,9 @@ int start(NSString* path, pid_t& process) {
 }
 
 - (void)run {
+    pid_t process = 0;
     @autoreleasepool {
         NSString* executable = simulator::executablePathOfBundle(_path);
-        pid_t process = 0;
         int code = executable == nil ? ENOENT : 0;
         if (executable != nil && launchesApplications()) {
             code = start(executable, process);
@@ -91,6 +97,14 @@ int start(NSString* path, pid_t& process) {
                                                                      bundlePath:_path] autorelease];
         _completionHandler(application, code == 0 ? nil : simulator::fileError(code, _path));
     }
+    simulator::launchEnded();
+    if (process != 0) {
+        waitpid(process, nullptr, 0);
+    }
+}
+
+- (void)failWithCode:(int)code {
+    _completionHandler(nil, simulator::fileError(code, _path));
     simulator::launchEnded();
 }
 
@@ -121,13 +135,20 @@ int start(NSString* path, pid_t& process) {
 - (void)openApplicationAtURL:(NSURL*)applicationURL
                configuration:(NSWorkspaceOpenConfiguration*)configuration
            completionHandler:(void (^)(NSRunningApplication*, NSError*))completionHandler {
-    simulator::recordOpenApplication(applicationURL.path.UTF8String, configuration.activates,
-                                     configuration.addsToRecentItems);
+    simulator::recordEvent(
+        {{"event", "openApplication"},
+         {"path", quorva::utf8String(applicationURL.path)},
+         {"activates", static_cast<bool>(configuration.activates)},
+         {"addsToRecentItems", static_cast<bool>(configuration.addsToRecentItems)}});
     SimulatorApplicationLaunch* launch =
         [[[SimulatorApplicationLaunch alloc] initWithPath:applicationURL.path
                                         completionHandler:completionHandler] autorelease];
     simulator::launchBegan();
-    [NSThread detachNewThreadSelector:@selector(run) toTarget:launch withObject:nil];
+    @try {
+        [NSThread detachNewThreadSelector:@selector(run) toTarget:launch withObject:nil];
+    } @catch (NSException* exception) {
+        [launch failWithCode:EAGAIN];
+    }
 }
 
 @end

@@ -10,7 +10,7 @@
 #include <vector>
 
 #import "Cocoa/StringConversion.h"
-#include "Tests/Cocoa/RecordedRequests.hpp"
+#include "Simulator/EventRecorder.hpp"
 #import "Tests/Cocoa/RunLoop.h"
 
 @interface NotificationObserver : NSObject {
@@ -103,7 +103,7 @@ class DistributedNotificationCenter : public testing::Test {
 };
 
 TEST_F(DistributedNotificationCenter, DeliversAPostedNotificationWithoutObjectAndUserInfo) {
-    (void)takeRecordedRequests();
+    (void)simulator::takeRecordedEvents();
     NotificationObserver* added = observer(NSNotificationSuspensionBehaviorCoalesce);
     quorva::platform::postDistributedNotification(quorva::utf8String(name));
     ASSERT_TRUE(receives(added, 1));
@@ -111,10 +111,12 @@ TEST_F(DistributedNotificationCenter, DeliversAPostedNotificationWithoutObjectAn
     EXPECT_EQ(received.object, nil);
     EXPECT_EQ(received.userInfo.count, 0u);
 
-    const RecordedRequests requests = takeRecordedRequests();
-    ASSERT_EQ(requests.notifications.size(), 1u);
-    EXPECT_EQ(requests.notifications[0].name, "app.ferrolin.Quorva.CocoaTests");
-    EXPECT_EQ(requests.notifications[0].userInfoJSON, std::nullopt);
+    EXPECT_EQ(simulator::takeRecordedEvents().events,
+              nlohmann::ordered_json::array({{{"event", "notification"},
+                                              {"name", "app.ferrolin.Quorva.CocoaTests"},
+                                              {"object", nullptr},
+                                              {"userInfo", nullptr},
+                                              {"immediately", true}}}));
 }
 
 TEST_F(DistributedNotificationCenter, PostsToNobody) {

@@ -11,7 +11,6 @@
 #import "Cocoa/StringConversion.h"
 #include "Simulator/EventRecorder.hpp"
 #include "Tests/Cocoa/OutOfMemory.hpp"
-#include "Tests/Cocoa/RecordedRequests.hpp"
 #import "Tests/Cocoa/RunLoop.h"
 #include "Tests/Cocoa/TemporaryFolder.hpp"
 
@@ -103,7 +102,7 @@ void postSettingsChanged(NSString* object, NSDictionary* userInfo) {
 class PrincipalClass : public TemporaryFolder {
    protected:
     void SetUp() override {
-        (void)takeRecordedRequests();
+        (void)simulator::takeRecordedEvents();
         @autoreleasepool {
             FinderSync* created = [[NSClassFromString(@"FinderSync") alloc] init];
             finderSync_ = quorva::ObjectHolder<FinderSync>(created);
@@ -236,15 +235,15 @@ TEST_F(PrincipalClass, IsTheTargetOfEveryActionableItem) {
 
 TEST_F(PrincipalClass, QueuesAClickAndPostsIt) {
     NSMenuItem* item = firstActionableItem(menu(@"/没有 a"));
-    (void)takeRecordedRequests();
+    (void)simulator::takeRecordedEvents();
     [finderSync() performSelector:item.action withObject:item];
     const nlohmann::json record = takeRecord();
     ASSERT_TRUE(record.is_object());
     EXPECT_EQ(record["title"], quorva::utf8String(item.title));
     EXPECT_EQ(record["selectedPaths"], nlohmann::json({"/没有 a"}));
-    const RecordedRequests requests = takeRecordedRequests();
-    ASSERT_EQ(requests.notifications.size(), 1u);
-    EXPECT_EQ(requests.notifications[0].name, "app.ferrolin.Quorva.ActionQueued");
+    const auto events = simulator::takeRecordedEvents().events;
+    ASSERT_FALSE(events.empty());
+    EXPECT_EQ(events[0].value("name", ""), "app.ferrolin.Quorva.ActionQueued");
 }
 
 TEST_F(PrincipalClass, QueuesAClickOnADestinationAsFinderDeliversIt) {

@@ -12,7 +12,6 @@
 
 #include "Platform/RunningApplication.hpp"
 #include "Simulator/EventRecorder.hpp"
-#include "Tests/Cocoa/RecordedRequests.hpp"
 #include "Tests/Cocoa/TemporaryFolder.hpp"
 
 using quorva::FileURL;
@@ -62,13 +61,13 @@ class Application : public TemporaryFolder {
 
 TEST_F(Application, IsOpenedAsAsked) {
     writeBundle();
-    (void)takeRecordedRequests();
+    (void)simulator::takeRecordedEvents();
     EXPECT_EQ(open(), std::nullopt);
-    const auto opened = takeRecordedRequests().openedApplications;
-    ASSERT_EQ(opened.size(), 1u);
-    EXPECT_EQ(opened[0].path, path("Sample.app").string());
-    EXPECT_FALSE(opened[0].activates);
-    EXPECT_FALSE(opened[0].addsToRecentItems);
+    EXPECT_EQ(simulator::takeRecordedEvents().events,
+              nlohmann::ordered_json::array({{{"event", "openApplication"},
+                                              {"path", path("Sample.app").string()},
+                                              {"activates", false},
+                                              {"addsToRecentItems", false}}}));
     EXPECT_EQ(quorva::platform::runningApplicationCount(identifier()), 0u);
 }
 

@@ -44,6 +44,10 @@ RECORD_KEYS = [
     "title",
 ]
 
+# The notification that follows each click: from nobody in particular, delivered at once.
+QUEUED = {"event": "notification", "name": "app.ferrolin.Quorva.ActionQueued", "object": None,
+          "userInfo": None, "immediately": True}
+
 TEMPORARY_LOG = Path("/tmp/quorva-finder-extension.log")
 FALLBACK_QUEUE = Path("/tmp/quorva-action-queue")
 
@@ -399,21 +403,22 @@ def post_notification(home, name, user_info=None, sender=""):
                    env=program_environment(home, display=False), check=True, timeout=TIME_LIMIT)
 
 
+def containing_applications(bundle):
+    """The processes of the containing application that an extension of this run has launched."""
+    executable = str(bundle / "Contents" / "MacOS" / "Quorva")
+    found = []
+    for process in Run.processes():
+        with contextlib.suppress(OSError):
+            if os.readlink(f"/proc/{process}/exe") == executable:
+                found.append(process)
+    return found
+
+
 def end_containing_application(bundle):
     """Ends the containing application that an extension of this run has launched."""
-    executable = str(bundle / "Contents" / "MacOS" / "Quorva")
-
-    def running():
-        found = []
-        for process in Run.processes():
-            with contextlib.suppress(OSError):
-                if os.readlink(f"/proc/{process}/exe") == executable:
-                    found.append(process)
-        return found
-
-    for process in running():
+    for process in containing_applications(bundle):
         os.kill(process, signal.SIGTERM)
-    until(lambda: not running(), "the containing application ended")
+    until(lambda: not containing_applications(bundle), "the containing application ended")
 
 
 def item_at(menu, *titles):
@@ -502,8 +507,7 @@ class EndToEndTestCase(unittest.TestCase):
     def assert_handed_over(self, events):
         """A notification and a launch, in this order."""
         notification, *launch = events
-        self.assertEqual(notification, {
-            "event": "notification", "name": "app.ferrolin.Quorva.ActionQueued", "userInfo": None})
+        self.assertEqual(notification, QUEUED)
         # In the open, an application of someone else's run may be running.
         if ALONE or launch:
             self.assertEqual(launch, [{

@@ -8,12 +8,11 @@ import unittest
 from menu_model import Request
 from quorva_process import (
     EXTENSION_EXECUTABLE, FALLBACK_QUEUE, EndToEndTestCase, Run, application_bundle,
-    end_containing_application, until)
+    QUEUED, end_containing_application, until)
 
 CLICKED = Request(["/Volumes/Work/a.txt"], "/Volumes/Work")
 ITEM = {"title": "压缩为 ZIP"}
 
-QUEUED = {"event": "notification", "name": "app.ferrolin.Quorva.ActionQueued", "userInfo": None}
 
 CLICK_LOG = [
     "clicked sender=压缩为 ZIP",

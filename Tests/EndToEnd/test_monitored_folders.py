@@ -48,7 +48,8 @@ class MonitoredFoldersTest(EndToEndTestCase):
         folders = answer["directories"]
         self.assertEqual(self.home.new_log_messages(), ["started monitored=" + listed(folders)])
         self.assertEqual(answer["unifiedLog"], [{
-            "level": "info", "category": "FinderSync",
+            "subsystem": "app.ferrolin.Quorva.FinderExtension", "category": "FinderSync",
+            "level": "info",
             "message": "FinderSync refreshed directories. reason=started,"
                        f" count={len(folders)}"}])
 
@@ -150,7 +151,8 @@ class SettingsChangedTest(EndToEndTestCase):
         for user_info, reason in self.CASES:
             with self.subTest(user_info=user_info):
                 self.assertEqual(self.post(user_info), [{
-                    "level": "info", "category": "FinderSync",
+                    "subsystem": "app.ferrolin.Quorva.FinderExtension", "category": "FinderSync",
+                    "level": "info",
                     "message": "FinderSync refreshed directories."
                                f" reason=settings-changed:{reason}, count={len(folders)}"}])
                 self.assertEqual(self.home.new_log_messages(), [

@@ -1,9 +1,23 @@
 """The protocol of the extension's process: one JSON object per line, in and out."""
 
 import json
+import os
+import random
+import re
+import resource
+import signal
+import subprocess
+import time
 import unittest
+from pathlib import Path
 
-from quorva_process import EndToEndTestCase, item_at
+from menu_model import Request
+from quorva_process import (
+    EXTENSION_EXECUTABLE, FINDER_VIEW_PRESETS, QUEUED, TIME_LIMIT, EndToEndTestCase,
+    application_bundle, containing_applications, end_containing_application, item_at,
+    program_environment, until)
+
+SIGNALS = (signal.SIGTERM, signal.SIGINT)
 
 
 REFUSED_LINES = {
@@ -28,7 +42,8 @@ REFUSED_LINES = {
     "a property list": b'<?xml version="1.0"?><plist><dict/></plist>',
     "an unclosed text of a megabyte": b'"' + b"x" * (1 << 20),
     "a megabyte of junk": b"\xfe" * (1 << 20),
-    "100,000 arrays in one another": b"[" * 100_000 + b"]" * 100_000,
+    "three million arrays in one another": b"[" * 3_000_000 + b"]" * 3_000_000,
+    "three million arrays without their ends": b"[" * 3_000_000,
     "100,000 objects in one another": b'{"id":' * 100_000 + b"1" + b"}" * 100_000,
 }
 
@@ -110,12 +125,28 @@ REFUSED_REQUESTS = [
     {"request": "wait", "seconds": "1"},
     {"request": "wait", "seconds": None},
     {"request": "wait", "seconds": [1]},
+    {"request": "wait", "seconds": -0.1},
+    {"request": "wait", "seconds": 60.1},
+    {"request": "wait", "seconds": 1e300},
+    {"request": "menu", "kind": "items", "selectedPaths": ["/" + "x" * 4095]},
+    {"request": "menu", "kind": "items", "selectedPaths": ["/" + "x" * (16 << 20)]},
+    {"request": "menu", "kind": "items", "targetedPath": "/" + "x" * 4095},
+    {"request": "menu", "kind": "items", "targetedPath": "/" + "x" * (16 << 20)},
+    {"request": "send", "item": {"title": "a", "representedObject": {
+        "type": "FinderActionContext", "actionID": "a", "action": "openFolder",
+        "selectedPaths": ["/" + "x" * (16 << 20)]}}},
 ]
 
-IDS = [
-    None, True, False, 0, -1, 2**53, 1.5, "", "one", "文件 📁 \u0000 \n \" \\", [], [1, [2, {"a": None}]],
-    {}, {"id": {"id": [1, 2]}},
-]
+IDS = [0, -1, 2**53, -(2**63), 2**64 - 1, "", "one", "文件 📁 \u0000 \n \" \\"]
+
+REFUSED_IDS = [None, True, 1.5, 2**64, -(2**63) - 1, [], [1], {}, {"id": 1}]
+
+
+def item_of(menu, path):
+    for index in path:
+        item = menu["items"][index]
+        menu = item.get("submenu")
+    return item
 
 
 class ProtocolTestCase(EndToEndTestCase):
@@ -154,7 +185,7 @@ class AnswersTest(ProtocolTestCase):
         self.assertEqual(answer["name"], "Quorva")
         self.assertEqual(answer["toolTip"], "Send selected files to Quorva")
 
-    def test_the_id_may_be_any_value_and_comes_back(self):
+    def test_the_id_comes_back(self):
         extension = self.start_extension()
         for value in IDS:
             with self.subTest(id=value):
@@ -167,6 +198,25 @@ class AnswersTest(ProtocolTestCase):
             with self.subTest(id=value):
                 answer = extension.answer({"id": value, "request": "fly"})
                 self.assertEqual(json.dumps(answer["id"]), json.dumps(value))
+                self.assert_error(answer)
+
+    def test_the_id_comes_back_whichever_other_number_is_out_of_range(self):
+        extension = self.start_extension()
+        for number in ("1e999", "-1e999", "1.5E+999", "1e99999999999999999999", "1" * 400):
+            for line in (f'{{"id":"1e999 \\" 2e999","request":"wait","seconds":{number}}}',
+                         f'{{"seconds":[{number},{number}],"id":"1e999 \\" 2e999"}}'):
+                with self.subTest(line=line):
+                    extension.send_line(line)
+                    answer = extension.read_answer()
+                    self.assertEqual(answer["id"], '1e999 " 2e999')
+                    self.assertIn("out of range", answer["error"])
+
+    def test_an_id_that_is_not_a_string_or_an_integer_of_64_bits_is_refused(self):
+        extension = self.start_extension()
+        for value in REFUSED_IDS:
+            with self.subTest(id=value):
+                answer = extension.answer({"id": value, "request": "toolbar"})
+                self.assertIsNone(answer["id"])
                 self.assert_error(answer)
 
     def test_requests_that_arrive_together_are_answered_in_their_order(self):
@@ -208,7 +258,8 @@ class AnswersTest(ProtocolTestCase):
         self.assertEqual(answer["events"], [])
         count = len(self.start_extension().request("directories")["directories"])
         self.assertEqual(answer["unifiedLog"], [{
-            "level": "info", "category": "FinderSync",
+            "subsystem": "app.ferrolin.Quorva.FinderExtension", "category": "FinderSync",
+            "level": "info",
             "message": f"FinderSync refreshed directories. reason=started, count={count}"}])
 
 
@@ -264,6 +315,148 @@ class RefusalsTest(ProtocolTestCase):
         answer = extension.answer({"id": "x" * (4 << 20), "request": "toolbar"})
         self.assertEqual(answer["name"], "Quorva")
         self.assertEqual(len(answer["id"]), 4 << 20)
+
+
+class LimitsTest(ProtocolTestCase):
+
+    def test_a_path_of_the_greatest_length_is_granted(self):
+        extension = self.start_extension()
+        longest = "/" + "x" * 4094
+        menu = extension.menu(Request([longest], longest))
+        self.assertEqual(item_of(menu, [0, 0, 0])["representedObject"]["selectedPaths"], [longest])
+
+    def test_nesting_up_to_the_limit_is_granted_and_beyond_it_refused(self):
+        extension = self.start_extension()
+        for depth in (512, 513):
+            with self.subTest(depth=depth):
+                arrays = "[" * (depth - 1) + "]" * (depth - 1)
+                extension.send_line('{"id":1,"request":"toolbar","x":' + arrays + "}")
+                self.assertEqual("error" in extension.read_answer(), depth > 512)
+
+
+class DeliveryTest(ProtocolTestCase):
+
+    def test_a_click_delivered_by_finder_keeps_title_and_tag_and_loses_the_rest(self):
+        self.home.write(FINDER_VIEW_PRESETS, [
+            {"id": id, "name": "同名", "viewMode": "list", "sortMode": "size"} for id in "ab"])
+        extension = self.start_extension()
+        menu = extension.menu()
+        first = item_at(menu, "Quorva", "调整显示方式", "同名")
+        for offset, preset in enumerate("ab"):
+            path = [*first[:-1], first[-1] + offset]
+            self.assertEqual(item_of(menu, path)["tag"], 700000 + offset)
+            extension.click(path, delivery="finder")
+            [record] = self.home.take_records()
+            # Resolved anew, and not from what the item represents.
+            self.assertEqual(record["presetID"], preset)
+
+
+class SignalTest(ProtocolTestCase):
+
+    def test_a_signal_ends_the_process_at_once_while_it_waits_for_a_line(self):
+        for number in SIGNALS:
+            with self.subTest(signal=number):
+                extension = self.start_mortal_extension()
+                extension.request("toolbar")
+                extension.process.send_signal(number)
+                self.assertEqual(extension.process.wait(TIME_LIMIT), -number)
+
+    def test_a_signal_ends_the_process_at_once_while_a_request_waits(self):
+        for number in SIGNALS:
+            with self.subTest(signal=number):
+                extension = self.start_mortal_extension()
+                extension.request("toolbar")
+                extension.send_line('{"id":1,"request":"wait","seconds":60}')
+                extension.process.send_signal(number)
+                self.assertEqual(extension.process.wait(TIME_LIMIT), -number)
+
+    def test_a_signal_ends_the_process_at_any_moment_of_its_start(self):
+        started = time.monotonic()
+        self.start_extension().request("toolbar")
+        duration = time.monotonic() - started
+        for index in range(40):
+            number = SIGNALS[index % 2]
+            extension = self.start_mortal_extension()
+            time.sleep(random.uniform(0, duration))
+            extension.process.send_signal(number)
+            self.assertEqual(extension.process.wait(TIME_LIMIT), -number)
+
+    def test_the_process_ignores_and_blocks_no_more_for_the_application_it_launches(self):
+        extension = self.start_extension(launch=True)
+        self.addCleanup(end_containing_application, application_bundle())
+        extension.send({"title": "新建文件夹"})
+        [application] = until(lambda: containing_applications(application_bundle()),
+                              "the application runs")
+        status = Path(f"/proc/{application}/status").read_text(encoding="ascii")
+        masks = dict(re.findall(r"^(Sig\w+):\s*(\w+)$", status, re.MULTILINE))
+        broken_pipe = 1 << (signal.SIGPIPE - 1)
+        self.assertEqual(int(masks["SigBlk"], 16), 0)
+        self.assertEqual(int(masks["SigIgn"], 16) & broken_pipe, 0)
+
+
+class LaunchTest(ProtocolTestCase):
+
+    def test_a_launch_without_a_thread_fails_at_once_and_later_answers_do_not_wait_for_it(self):
+        soft, hard = resource.getrlimit(resource.RLIMIT_STACK)
+        if hard != resource.RLIM_INFINITY:
+            self.skipTest("the limit of a thread's stack can't be raised here")
+        # A thread's stack is as large as this, which no address space holds.
+        resource.setrlimit(resource.RLIMIT_STACK, (1 << 60, hard))
+        try:
+            extension = self.start_extension()
+        finally:
+            resource.setrlimit(resource.RLIMIT_STACK, (soft, hard))
+        extension.request("toolbar")
+        self.home.new_log_messages()
+        started = time.monotonic()
+        extension.send({"title": "新建文件夹"})
+        self.assertTrue(any(message.startswith("failed to open app: ")
+                            for message in self.home.new_log_messages()))
+        extension.request("toolbar")
+        # An answer waits up to 20 seconds for a launch that does not end.
+        self.assertLess(time.monotonic() - started, 20)
+
+
+class StandardStreamsTest(ProtocolTestCase):
+
+    def test_standard_output_that_does_not_block_gets_every_answer(self):
+        reader, writer = os.pipe()
+        os.set_blocking(writer, False)
+        process = subprocess.Popen(
+            [application_bundle() / EXTENSION_EXECUTABLE], stdin=subprocess.PIPE, stdout=writer,
+            stderr=subprocess.DEVNULL, env=program_environment(self.home))
+        os.close(writer)
+        with open(reader, "rb") as output, process:
+            for number in range(3):
+                # Several times what a pipe holds.
+                request = {"id": str(number) * (1 << 20), "request": "toolbar"}
+                process.stdin.write(json.dumps(request).encode() + b"\n")
+                process.stdin.flush()
+                self.assertEqual(json.loads(output.readline())["id"], request["id"])
+            process.stdin.close()
+            self.assertEqual(process.wait(TIME_LIMIT), 0)
+
+    def test_a_closed_standard_stream_at_the_start_is_an_error(self):
+        for stream in (0, 1, 2):
+            with self.subTest(stream=stream):
+                result = subprocess.run(
+                    ["sh", "-c", f'exec "$0" {stream}>&-', application_bundle() / EXTENSION_EXECUTABLE],
+                    stdin=subprocess.DEVNULL, capture_output=True, timeout=TIME_LIMIT,
+                    env=program_environment(self.home))
+                self.assertEqual((result.returncode, result.stdout), (1, b""))
+                if stream != 2:
+                    self.assertEqual(result.stderr, (
+                        b"QuorvaFinderExtension: standard input, standard output and standard"
+                        b" error must be open\n"))
+
+    def test_an_answer_that_nobody_can_read_ends_the_process_with_status_1_and_a_line(self):
+        extension = self.start_mortal_extension()
+        extension.request("toolbar")
+        extension.process.stdout.close()
+        extension.send_line('{"id":1,"request":"toolbar"}')
+        self.assertEqual(extension.process.wait(TIME_LIMIT), 1)
+        self.assertTrue(extension.standard_error().endswith(
+            "\nQuorvaFinderExtension: an answer could not be written: Broken pipe\n"))
 
 
 class EndOfInputTest(EndToEndTestCase):
