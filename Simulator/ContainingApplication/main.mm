@@ -3,62 +3,28 @@
 
 #import <Foundation/Foundation.h>
 
-#include <fcntl.h>
 #include <pwd.h>
+#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 
 #include "Simulator/ContainingApplication/ActionQueue.hpp"
 
-namespace {
-
-/// A signal writes to one end of this pipe, and the run loop sees it at the other.
-int signalPipe[2] = {-1, -1};
-
-void noteSignal(int) {
-    const char byte = 0;
-    [[maybe_unused]] const ssize_t written = write(signalPipe[1], &byte, 1);
-}
-
-std::filesystem::path applicationSupportFolder() {
-    const char* home = std::getenv("HOME");
-    if (home == nullptr || *home != '/') {
-        const passwd* account = getpwuid(getuid());
-        home = account == nullptr ? "/" : account->pw_dir;
-    }
-    return std::filesystem::path(home) / "Library" / "Application Support" / "Quorva";
-}
-
-}  // namespace
-
+/// Drains the queue when told that something was queued, and notes the wish that it may end.
 @interface SimulatorContainingApplication : NSObject <RunLoopEvents> {
    @public
+    simulator::ActionQueue* queue;
     BOOL shouldEnd;
-   @private
-    simulator::ActionQueue* _queue;
 }
-
-- (instancetype)initWithQueue:(simulator::ActionQueue*)queue;
-- (void)handleActionQueued:(NSNotification*)notification;
-
 @end
 
 @implementation SimulatorContainingApplication
 
-- (instancetype)initWithQueue:(simulator::ActionQueue*)queue {
-    self = [super init];
-    if (self != nil) {
-        _queue = queue;
-    }
-    return self;
-}
-
 - (void)handleActionQueued:(NSNotification*)notification {
-    _queue->drain();
+    queue->drain();
 }
 
 - (void)receivedEvent:(void*)data
@@ -71,17 +37,25 @@ std::filesystem::path applicationSupportFolder() {
 @end
 
 int main() {
-    if (pipe2(signalPipe, O_CLOEXEC | O_NONBLOCK) != 0) {
-        std::perror("Quorva: no pipe");
-        return 1;
-    }
-    std::signal(SIGTERM, noteSignal);
-    std::signal(SIGINT, noteSignal);
+    // Read at the run loop, so that the queue is not left in the middle of a record.
+    sigset_t ending;
+    sigemptyset(&ending);
+    sigaddset(&ending, SIGTERM);
+    sigaddset(&ending, SIGINT);
+    sigprocmask(SIG_BLOCK, &ending, nullptr);
+    const int signals = signalfd(-1, &ending, SFD_CLOEXEC);
 
-    simulator::ActionQueue queue(applicationSupportFolder());
+    const char* home = std::getenv("HOME");
+    if (home == nullptr || *home != '/') {
+        const passwd* account = getpwuid(getuid());
+        home = account == nullptr ? "/" : account->pw_dir;
+    }
+    simulator::ActionQueue queue(std::filesystem::path(home) /
+                                 "Library/Application Support/Quorva");
     @autoreleasepool {
         SimulatorContainingApplication* const application =
-            [[[SimulatorContainingApplication alloc] initWithQueue:&queue] autorelease];
+            [[[SimulatorContainingApplication alloc] init] autorelease];
+        application->queue = &queue;
         @try {
             [[NSDistributedNotificationCenter defaultCenter]
                 addObserver:application
@@ -95,7 +69,7 @@ int main() {
         queue.drain();
 
         NSRunLoop* const runLoop = [NSRunLoop currentRunLoop];
-        [runLoop addEvent:reinterpret_cast<void*>(static_cast<std::intptr_t>(signalPipe[0]))
+        [runLoop addEvent:reinterpret_cast<void*>(static_cast<std::intptr_t>(signals))
                      type:ET_RDESC
                   watcher:application
                   forMode:NSDefaultRunLoopMode];

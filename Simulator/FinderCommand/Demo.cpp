@@ -1,99 +1,39 @@
 #include "Simulator/FinderCommand/Demo.hpp"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
 #include <iterator>
+#include <regex>
 #include <string_view>
-#include <thread>
 
-#include "Simulator/FinderCommand/ClickReport.hpp"
-#include "Simulator/FinderCommand/ContainingApplication.hpp"
+#include "Simulator/Escaping.hpp"
+#include "Simulator/FinderCommand/Click.hpp"
+#include "Simulator/FinderCommand/CommandError.hpp"
 #include "Simulator/FinderCommand/ExtensionProcess.hpp"
-#include "Simulator/FinderCommand/MenuEntries.hpp"
+#include "Simulator/FinderCommand/MenuEntry.hpp"
 #include "Simulator/FinderCommand/Terminal.hpp"
 
 namespace simulator {
 namespace {
 
 using nlohmann::ordered_json;
+using nlohmann::literals::operator""_json_pointer;
 using std::filesystem::path;
 
-/// The home folder of the demonstration. It goes, with the applications that were launched for it,
-/// when this goes or the command is interrupted.
-class DemoHome {
- public:
-    explicit DemoHome(const path& original) {
-        std::string name = std::filesystem::temp_directory_path() / "finder-sim-demo.XXXXXX";
-        if (mkdtemp(name.data()) == nullptr) {
-            throw CommandError("no temporary folder could be made");
-        }
-        folder_ = name;
-        cleanUpWhenInterrupted();
-        std::error_code error;
-        std::filesystem::copy(original, home(), std::filesystem::copy_options::recursive, error);
-        if (error) {
-            throw CommandError("the home " + original.string() +
-                               " can't be copied: " + error.message());
-        }
-    }
-    DemoHome(const DemoHome&) = delete;
-    DemoHome& operator=(const DemoHome&) = delete;
-    ~DemoHome() { cleanUp(); }
-
-    [[nodiscard]] path home() const { return folder_ / "ada"; }
-
- private:
-    void cleanUp() const {
-        endContainingApplications(home());
-        std::error_code error;
-        std::filesystem::remove_all(folder_, error);
-    }
-
-    /// The signals are blocked in all threads and waited for in one, where cleaning up is allowed.
-    void cleanUpWhenInterrupted() const {
-        sigset_t signals;
-        sigemptyset(&signals);
-        sigaddset(&signals, SIGINT);
-        sigaddset(&signals, SIGTERM);
-        sigaddset(&signals, SIGHUP);
-        pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-        std::thread([this, signals] {
-            int signal = 0;
-            sigwait(&signals, &signal);
-            cleanUp();
-            _exit(128 + signal);
-        }).detach();
-    }
-
-    path folder_;
-};
-
-/// Writes the other layout into the settings. Answers false when the file names none.
-bool setLayout(const path& home, std::string_view from, std::string_view to) {
-    const path file = home / "Library/Application Support/Quorva/FeatureSettings.plist";
+/// Makes `layout` the one of the settings. Returns false when they name none.
+bool setLayout(const std::string& layout) {
+    const path file = quorvaFolder() / "FeatureSettings.plist";
+    const std::regex anyLayout("<string>(collapsed|expanded)</string>");
     std::ifstream stream(file, std::ios::binary);
-    std::string text(std::istreambuf_iterator<char>(stream), {});
-    const std::string before = "<string>" + std::string(from) + "</string>";
-    const std::size_t position = text.find(before);
-    if (position == std::string::npos) {
+    const std::string text(std::istreambuf_iterator<char>(stream), {});
+    if (!std::regex_search(text, anyLayout)) {
         return false;
     }
-    text.replace(position, before.size(), "<string>" + std::string(to) + "</string>");
-    std::ofstream(file, std::ios::binary) << text;
+    std::ofstream(file, std::ios::binary)
+        << std::regex_replace(text, anyLayout, "<string>" + layout + "</string>");
     return true;
-}
-
-/// What the entry hands over, by the object that is attached to it.
-std::string actionID(const MenuEntry& entry) {
-    const ordered_json& object = entry.item["representedObject"];
-    return object.is_object() ? object.value("actionID", "") : "";
 }
 
 struct DemoClick {
@@ -116,69 +56,54 @@ constexpr auto demoClicks = std::to_array<DemoClick>({
 
 class Demo {
  public:
-    explicit Demo(const Options& options)
-        : options_(options),
-          home_(options.home.empty() ? buildFolder() / "Samples/Home" : path(options.home)) {
-        setenv("HOME", home_.home().c_str(), 1);
-        setenv("SIMULATOR_LAUNCH", "1", 1);
-        setenv("SIMULATOR_ACCOUNT_NAME", "ada", 0);
-        setenv("SIMULATOR_ACCOUNT_HOME", "/Users/ada", 0);
-        if (options_.selectedPaths.empty() && options_.targetedPath.empty()) {
-            const path reports = home_.home() / "Documents/Reports";
-            options_.targetedPath = reports;
-            options_.selectedPaths = {reports / "季度报告.txt", reports / "Budget 2026.csv"};
-        }
-    }
+    explicit Demo(const Options& options) : options_(options), extension_(options.isVerbose) {}
 
     void run() {
-        std::error_code error;
-        std::filesystem::create_directories(QuorvaFolder(home_.home()).queue(), error);
-        ExtensionProcess extension(options_.isVerbose);
-
         say(styled("A menu", Style::heading) + "\n");
         if (!options_.targetedPath.empty()) {
-            say("  in        " + options_.targetedPath + "\n");
+            say("  in        " + escaped(options_.targetedPath) + "\n");
         }
         for (const std::string& selected : options_.selectedPaths) {
-            say("  selected  " + selected + "\n");
+            say("  selected  " + escaped(selected) + "\n");
         }
-        const bool hasLayout = setLayout(home_.home(), "expanded", "collapsed") ||
-                               setLayout(home_.home(), "collapsed", "collapsed");
-        ordered_json menu = showMenu(extension, hasLayout ? "collapsed" : "its own");
-        if (hasLayout && setLayout(home_.home(), "collapsed", "expanded")) {
-            menu = showMenu(extension, "expanded");
+        ordered_json menu;
+        for (const std::string layout : {"collapsed", "expanded"}) {
+            const bool isSet = setLayout(layout);
+            menu = showMenu(isSet ? layout : "its own");
+            if (!isSet) {
+                break;
+            }
         }
-
         const std::vector<MenuEntry> entries = menuEntries(menu);
         for (const DemoClick& demoClick : demoClicks) {
-            clickOn(extension, entries, demoClick);
+            clickOn(entries, demoClick);
         }
         say("\n" + styled("What Quorva wrote down in Performed.jsonl", Style::heading) + "\n");
-        for (const std::string& line : QuorvaFolder(home_.home()).performed()) {
-            say("  " + line + "\n");
+        for (const ordered_json& result : report_["clicks"]) {
+            for (const ordered_json& line : result["performed"]) {
+                say("  " + escaped(line.dump()) + "\n");
+            }
         }
         if (options_.printsJSON) {
-            std::printf("%s\n", report_.dump(2).c_str());
+            print(jsonText(report_) + "\n");
         }
     }
 
  private:
     void say(const std::string& text) const {
         if (!options_.printsJSON) {
-            std::fputs(text.c_str(), stdout);
-            std::fflush(stdout);
+            print(text);
         }
     }
 
-    ordered_json showMenu(ExtensionProcess& extension, const std::string& layout) {
-        ordered_json menu = extension.ask(menuRequest(options_))["menu"];
+    ordered_json showMenu(const std::string& layout) {
+        ordered_json menu = extension_.ask(menuRequest(options_)).at("menu");
         say("\n" + styled("Layout: " + layout, Style::heading) + "\n" + menuTree(menu));
         report_["menus"].push_back({{"layout", layout}, {"menu", menu}});
         return menu;
     }
 
-    void clickOn(ExtensionProcess& extension, const std::vector<MenuEntry>& entries,
-                 const DemoClick& demoClick) {
+    void clickOn(const std::vector<MenuEntry>& entries, const DemoClick& demoClick) {
         const std::string delivery =
             options_.delivery.empty() ? std::string(demoClick.delivery) : options_.delivery;
         say("\n" + styled("A click on " + std::string(demoClick.what), Style::heading) +
@@ -187,7 +112,9 @@ class Demo {
                    Style::dim) +
             "\n");
         const auto isMeant = [&](const MenuEntry& entry) {
-            return entry.isClickable && actionID(entry).starts_with(demoClick.actionID);
+            return entry.isClickable &&
+                   entry.item->value("/representedObject/actionID"_json_pointer, "")
+                       .starts_with(demoClick.actionID);
         };
         // Of several the last: behind the built-in ones come the user's own.
         const auto found = std::ranges::find_if(entries.rbegin(), entries.rend(), isMeant);
@@ -195,9 +122,8 @@ class Demo {
             say(styled("  There is none in this menu.", Style::dim) + "\n");
             return;
         }
-        ordered_json request = finderState(options_.selectedPaths, options_.targetedPath);
-        request["delivery"] = delivery;
-        const ordered_json result = click(extension, *found, std::move(request), home_.home());
+        const ordered_json result =
+            click(extension_, *found, clickRequest(options_, delivery), true);
         say(clickText(result));
         report_["clicks"].push_back(result);
         if (result["records"].size() != 1 || result["performed"].size() != 1) {
@@ -206,20 +132,33 @@ class Demo {
     }
 
     Options options_;
-    DemoHome home_;
+    ExtensionProcess extension_;
     ordered_json report_ = {{"menus", ordered_json::array()}, {"clicks", ordered_json::array()}};
 };
 
 }  // namespace
 
-void runDemo(const Options& options) {
-    const std::vector<pid_t> running = containingApplications({});
-    if (!running.empty()) {
-        throw CommandError("Quorva is already running as process " +
-                           std::to_string(running.front()) +
-                           ", so the demonstration could not launch it: end it first");
+void runDemo(const Options& options, const path& folder) {
+    const path home = folder / "ada";
+    const path buildFolder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    const path original = options.home.empty() ? buildFolder / "Samples/Home" : path(options.home);
+    std::error_code error;
+    std::filesystem::copy(original, home, std::filesystem::copy_options::recursive, error);
+    if (error) {
+        throw CommandError("the home " + original.string() +
+                           " can't be copied: " + error.message());
     }
-    Demo(options).run();
+    setenv("HOME", home.c_str(), 1);
+    setenv("SIMULATOR_LAUNCH", "1", 1);
+    setenv("SIMULATOR_ACCOUNT_NAME", "ada", 0);
+    setenv("SIMULATOR_ACCOUNT_HOME", "/Users/ada", 0);
+    Options shown = options;
+    if (options.selectedPaths.empty() && options.targetedPath.empty()) {
+        const path reports = home / "Documents/Reports";
+        shown.targetedPath = reports;
+        shown.selectedPaths = {reports / "季度报告.txt", reports / "Budget 2026.csv"};
+    }
+    Demo(shown).run();
 }
 
 }  // namespace simulator

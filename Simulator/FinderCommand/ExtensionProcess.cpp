@@ -1,147 +1,156 @@
 #include "Simulator/FinderCommand/ExtensionProcess.hpp"
 
-#include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/mman.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <utility>
+
+#include "Simulator/Escaping.hpp"
+#include "Simulator/FinderCommand/CommandError.hpp"
 
 namespace simulator {
 namespace {
 
 using nlohmann::ordered_json;
 
-std::array<int, 2> makePipe() {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
-        throw CommandError(std::string("no pipe: ") + std::strerror(errno));
-    }
-    return ends;
+/// How deep a response may be nested: it is written recursively.
+constexpr int depthLimit = 512;
+
+/// What `file` holds from `start` on.
+std::string contents(const FileDescriptor& file, off_t start) {
+    std::string text(
+        static_cast<std::size_t>(std::max<off_t>(lseek(file.number(), 0, SEEK_END) - start, 0)),
+        '\0');
+    const ssize_t count = pread(file.number(), text.data(), text.size(), start);
+    text.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    return text;
 }
 
 }  // namespace
 
-std::filesystem::path buildFolder() {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path();
-}
-
-ExtensionProcess::ExtensionProcess(bool isVerbose) {
-    const std::filesystem::path executable =
-        buildFolder() /
+ExtensionProcess::ExtensionProcess(bool isVerbose)
+    : isVerbose_(isVerbose), errors_(memfd_create("standard error", MFD_CLOEXEC)) {
+    const std::string executable =
+        std::filesystem::read_symlink("/proc/self/exe").parent_path() /
         "Quorva.app/Contents/PlugIns/QuorvaFinderExtension.appex/Contents/MacOS/"
         "QuorvaFinderExtension";
-    std::signal(SIGPIPE, SIG_IGN);
-    const auto toExtension = makePipe();
-    const auto fromExtension = makePipe();
-    if (!isVerbose) {
-        errors_ = memfd_create("standard error of the extension", MFD_CLOEXEC);
+    std::array<int, 2> ends = {-1, -1};
+    int error = 0;
+    if (errors_.number() < 0 ||
+        socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
+        error = errno;
     }
+    socket_ = FileDescriptor(ends[0]);
+    const FileDescriptor other(ends[1]);
 
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_adddup2(&files, toExtension[0], STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&files, fromExtension[1], STDOUT_FILENO);
-    if (errors_ >= 0) {
-        posix_spawn_file_actions_adddup2(&files, errors_, STDERR_FILENO);
-    }
+    posix_spawn_file_actions_adddup2(&files, other.number(), STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&files, other.number(), STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&files, errors_.number(), STDERR_FILENO);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
-    sigset_t noSignals;
-    sigemptyset(&noSignals);
-    sigset_t defaultSignals;
-    sigemptyset(&defaultSignals);
-    sigaddset(&defaultSignals, SIGPIPE);
-    posix_spawnattr_setsigmask(&attributes, &noSignals);
-    posix_spawnattr_setsigdefault(&attributes, &defaultSignals);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    std::string name = executable.filename();
+    sigset_t none;
+    sigemptyset(&none);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+    std::string name = "QuorvaFinderExtension";
     std::array<char*, 2> arguments = {name.data(), nullptr};
-    const int error =
-        posix_spawn(&process_, executable.c_str(), &files, &attributes, arguments.data(), environ);
+    if (error == 0) {
+        error = posix_spawn(&process_, executable.c_str(), &files, &attributes, arguments.data(),
+                            environ);
+    }
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&files);
-    close(toExtension[0]);
-    close(fromExtension[1]);
-    input_ = toExtension[1];
-    output_ = fromExtension[0];
     if (error != 0) {
-        close(input_);
-        close(output_);
-        throw CommandError("the extension could not be started from " + executable.string() + ": " +
+        throw CommandError("the extension could not be started from " + executable + ": " +
                            std::strerror(error));
-    }
-}
-
-ExtensionProcess::~ExtensionProcess() {
-    close(input_);
-    close(output_);
-    close(errors_);
-    if (process_ > 0) {
-        waitpid(process_, nullptr, 0);
     }
 }
 
 ordered_json ExtensionProcess::ask(ordered_json request) {
     request["id"] = ++lastID_;
-    std::string line;
-    try {
-        line = request.dump() + "\n";
-    } catch (const nlohmann::json::exception&) {
-        throw CommandError("paths and titles must be UTF-8");
+    const std::string line = request.dump() + "\n";
+    if (send(socket_.number(), line.data(), line.size(), MSG_NOSIGNAL) < 0) {
+        failEnded();
     }
-    for (std::string_view rest = line; !rest.empty();) {
-        const ssize_t count = write(input_, rest.data(), rest.size());
-        if (count < 0 && errno != EINTR) {
-            failEnded();
-        }
-        rest.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    }
-
-    std::size_t end = 0;
-    while ((end = buffer_.find('\n', end)) == std::string::npos) {
-        end = buffer_.size();
+    std::size_t length = 0;
+    while ((length = received_.find('\n', length)) == std::string::npos) {
+        length = received_.size();
+        pollfd waiting = {socket_.number(), POLLIN, 0};
+        poll(&waiting, 1, 100);
+        showErrors();
         std::array<char, 1 << 16> chunk{};
-        const ssize_t count = read(output_, chunk.data(), chunk.size());
+        const ssize_t count = recv(socket_.number(), chunk.data(), chunk.size(), MSG_DONTWAIT);
         if (count > 0) {
-            buffer_.append(chunk.data(), static_cast<std::size_t>(count));
-        } else if (count == 0 || errno != EINTR) {
+            received_.append(chunk.data(), static_cast<std::size_t>(count));
+        } else if (count == 0 || errno != EAGAIN) {
             failEnded();
         }
     }
-    ordered_json answer = ordered_json::parse(buffer_.substr(0, end));
-    buffer_.erase(0, end + 1);
-    if (answer.contains("error")) {
-        throw CommandError("the extension answers: " + answer["error"].get<std::string>());
+    const ordered_json response = ordered_json::parse(
+        received_.substr(0, length), [](int depth, ordered_json::parse_event_t, ordered_json&) {
+            return depth <= depthLimit ? true
+                                       : throw CommandError("the response is nested too deeply");
+        });
+    received_.erase(0, length + 1);
+    if (response.at("id") != lastID_) {
+        throw CommandError("the extension responded to another request");
     }
-    return answer;
+    if (response.contains("error")) {
+        throw CommandError("the extension reports: " + response["error"].get<std::string>());
+    }
+    return response;
+}
+
+/// Returns the status that the extension ended with.
+int ExtensionProcess::end() {
+    int status = 0;
+    if (process_ > 0) {
+        socket_ = FileDescriptor();
+        const FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, process_, 0)));
+        pollfd ending = {process.number(), POLLIN, 0};
+        if (poll(&ending, 1, 3000) != 1) {
+            kill(process_, SIGKILL);
+        }
+        waitpid(std::exchange(process_, -1), &status, 0);
+        showErrors();
+    }
+    return status;
 }
 
 void ExtensionProcess::failEnded() {
-    int status = 0;
-    waitpid(std::exchange(process_, -1), &status, 0);
+    const int status = end();
     std::string message = "the extension ended";
-    if (WIFSIGNALED(status)) {
-        message += " by signal " + std::to_string(WTERMSIG(status));
-    } else {
-        message += " with status " + std::to_string(WEXITSTATUS(status));
-    }
-    std::array<char, 2048> errors{};
-    const off_t size = errors_ < 0 ? 0 : lseek(errors_, 0, SEEK_END);
-    const auto length = static_cast<off_t>(errors.size());
-    const ssize_t count = errors_ < 0 ? 0
-                                      : pread(errors_, errors.data(), errors.size(),
-                                              size > length ? size - length : 0);
-    if (count > 0) {
-        message += "; its last words:\n";
-        message.append(errors.data(), static_cast<std::size_t>(count));
+    message += WIFSIGNALED(status) ? " by signal " + std::to_string(WTERMSIG(status))
+                                   : " with status " + std::to_string(WEXITSTATUS(status));
+    const std::string errors = contents(errors_, 0);
+    if (!errors.empty() && !isVerbose_) {
+        message += "; its last words:\n" +
+                   errors.substr(errors.size() - std::min<std::size_t>(errors.size(), 2048));
     }
     throw CommandError(message);
+}
+
+/// Shows the lines that have come to standard error since, and at the end what is left of one.
+void ExtensionProcess::showErrors() {
+    if (isVerbose_) {
+        std::string text = contents(errors_, shownErrors_);
+        text.resize(process_ > 0 ? text.rfind('\n') + 1 : text.size());
+        shownErrors_ += static_cast<off_t>(text.size());
+        std::fputs(escaped(text, u'\n').c_str(), stderr);
+    }
 }
 
 }  // namespace simulator

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 namespace simulator {
 
-/// What the command line says.
+/// What the command line says. Paths are absolute; what was not said is empty.
 struct Options {
     std::vector<std::string> selectedPaths;
     std::string targetedPath;
@@ -23,37 +22,26 @@ struct Options {
     std::vector<std::string> titles;
 };
 
-/// `path`, which is not empty, as Finder would name it: from the root, without "." and "..", and
-/// without a slash at its end. Links are not followed.
-inline std::string absolutePath(const std::string& path) {
-    const std::filesystem::path normal = std::filesystem::absolute(path).lexically_normal();
-    return normal.has_filename() ? normal : normal.parent_path();
-}
-
-/// What menu requests and clicks have in common: the selection and the target.
-inline nlohmann::ordered_json finderState(const std::vector<std::string>& selectedPaths,
-                                          const std::string& targetedPath) {
-    nlohmann::ordered_json state;
-    state["selectedPaths"] = nlohmann::ordered_json::array();
-    for (const std::string& path : selectedPaths) {
-        state["selectedPaths"].push_back(absolutePath(path));
-    }
-    state["targetedPath"] = nullptr;
-    if (!targetedPath.empty()) {
-        state["targetedPath"] = absolutePath(targetedPath);
-    }
-    return state;
-}
-
-/// The request for a menu.
-inline nlohmann::ordered_json menuRequest(const Options& options) {
-    nlohmann::ordered_json request = finderState(options.selectedPaths, options.targetedPath);
-    request["request"] = "menu";
-    request["kind"] = options.kind;
-    if (options.kind.empty()) {
-        request["kind"] = options.selectedPaths.empty() ? "container" : "items";
+/// `request` with what Finder has selected and shows.
+inline nlohmann::ordered_json withFinderState(nlohmann::ordered_json request,
+                                              const Options& options) {
+    request["selectedPaths"] = options.selectedPaths;
+    request["targetedPath"] = nullptr;
+    if (!options.targetedPath.empty()) {
+        request["targetedPath"] = options.targetedPath;
     }
     return request;
+}
+
+inline nlohmann::ordered_json menuRequest(const Options& options) {
+    const std::string kind = options.selectedPaths.empty() ? "container" : "items";
+    return withFinderState(
+        {{"request", "menu"}, {"kind", options.kind.empty() ? kind : options.kind}}, options);
+}
+
+/// The request for a click, but for "indexPath".
+inline nlohmann::ordered_json clickRequest(const Options& options, const std::string& delivery) {
+    return withFinderState({{"request", "click"}, {"delivery", delivery}}, options);
 }
 
 }  // namespace simulator

@@ -2,40 +2,35 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
+
+#include "Simulator/Escaping.hpp"
+#include "Simulator/FinderCommand/CommandError.hpp"
 
 namespace simulator {
-namespace {
-
-std::string_view escapeCode(Style style) {
-    switch (style) {
-        case Style::bold:
-            return "1";
-        case Style::dim:
-            return "2";
-        case Style::heading:
-            return "1;36";
-        case Style::good:
-            return "32";
-        case Style::bad:
-            return "31";
-    }
-    return "0";
-}
-
-}  // namespace
 
 std::string styled(std::string_view text, Style style) {
     static const bool showsStyles =
         isatty(STDOUT_FILENO) == 1 && std::getenv("NO_COLOR") == nullptr;
-    if (!showsStyles) {
-        return std::string(text);
+    constexpr const char* codes[] = {"1", "2", "1;36", "32", "31"};
+    const std::string plain(text);
+    return showsStyles
+               ? std::string("\x1b[") + codes[static_cast<int>(style)] + "m" + plain + "\x1b[0m"
+               : plain;
+}
+
+std::string jsonText(const nlohmann::ordered_json& value) {
+    return escaped(value.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace),
+                   u'\n');
+}
+
+void print(const std::string& text) {
+    if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
+        throw CommandError(std::string("the output is lost: ") + std::strerror(errno));
     }
-    return std::string("\x1b[")
-        .append(escapeCode(style))
-        .append("m")
-        .append(text)
-        .append("\x1b[0m");
 }
 
 }  // namespace simulator

@@ -1,23 +1,25 @@
 // finder-sim: Finder, as far as an extension with a menu can tell, on the command line.
 
+#include <fcntl.h>
+
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
+#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "Simulator/FinderCommand/ClickReport.hpp"
-#include "Simulator/FinderCommand/ContainingApplication.hpp"
+#include "Simulator/Escaping.hpp"
+#include "Simulator/FinderCommand/Click.hpp"
+#include "Simulator/FinderCommand/CommandError.hpp"
 #include "Simulator/FinderCommand/Demo.hpp"
 #include "Simulator/FinderCommand/ExtensionProcess.hpp"
-#include "Simulator/FinderCommand/MenuEntries.hpp"
+#include "Simulator/FinderCommand/MenuEntry.hpp"
 #include "Simulator/FinderCommand/Options.hpp"
+#include "Simulator/FinderCommand/Supervisor.hpp"
+#include "Simulator/FinderCommand/Terminal.hpp"
 #include "Simulator/UTF8.hpp"
-#include "Simulator/VirtualDisplay.hpp"
 
 namespace {
 
@@ -25,6 +27,7 @@ using nlohmann::ordered_json;
 using simulator::CommandError;
 using simulator::ExtensionProcess;
 using simulator::Options;
+using std::filesystem::path;
 
 constexpr const char* description =
     R"(finder-sim plays Finder for Quorva's extension: it starts the extension from
@@ -43,201 +46,216 @@ there is no display, a virtual one is started.)";
 
 constexpr const char* footer =
     "finder-sim COMMAND --help lists the options of a command.\n"
+    "A character that a terminal could act on is shown as \\u and its four digits.\n"
     "The protocol between the two is described in Documentation/ExtensionProtocol.md.";
 
-/// Refuses the empty path, which names nothing.
-CLI::Validator somePath() {
-    return {[](const std::string& path) {
-                return path.empty() ? std::string("a path is missing") : std::string();
+/// Gives a path the form in which Finder would name it: from the root, without "." and "..", and
+/// without a slash at its end. Links are not followed. Refuses the empty path, which names nothing.
+CLI::Validator absolutePath() {
+    return {[](std::string& text) {
+                if (text.empty() || !simulator::isUTF8(text)) {
+                    return std::string(text.empty() ? "a path is missing" : "a path is not UTF-8");
+                }
+                const path normal = std::filesystem::absolute(text).lexically_normal();
+                text = normal.has_filename() ? normal : normal.parent_path();
+                return std::string();
             },
             ""};
 }
 
-void addOptions(CLI::App& command, Options& options) {
-    command
-        .add_option("--select", options.selectedPaths,
-                    "An item to select; once for each. Without one nothing is selected")
-        ->type_name("PATH")
-        ->allow_extra_args(false)
-        ->check(somePath());
-    command
-        .add_option("--target", options.targetedPath,
-                    "The folder that the Finder window shows. Without it there is none")
-        ->type_name("DIR")
-        ->check(somePath());
-    command
-        .add_option("--kind", options.kind,
-                    "Where the menu is opened: items, container, sidebar or toolbar. Without it "
-                    "items when something is selected, else container")
-        ->type_name("KIND")
-        ->check(CLI::IsMember({"items", "container", "sidebar", "toolbar"}).description(""));
+CLI::Validator oneOf(const std::vector<std::string>& values) {
+    return CLI::IsMember(values).description("");
+}
+
+void addCommonOptions(CLI::App& command, Options& options) {
     command
         .add_option("--home", options.home,
                     "The home folder of the extension, its container on a Mac. The demonstration "
                     "works on a copy of it")
         ->type_name("DIR")
-        ->check(CLI::Validator(CLI::ExistingDirectory).description(""));
+        ->check(CLI::Validator(CLI::ExistingDirectory).description(""))
+        ->transform(absolutePath());
     command
         .add_option("--account-home", options.accountHome,
                     "The home folder that the user's account has, where it is not the extension's")
         ->type_name("DIR")
-        ->check(somePath());
-    command
-        .add_option("--language", options.language,
-                    "The language of the menu: en, zh-Hans (the default) or zh-Hant")
-        ->type_name("LANGUAGE")
-        ->check(CLI::IsMember({"en", "zh-Hans", "zh-Hant"}).description(""));
-    command
-        .add_option("--delivery", options.delivery,
-                    "How a clicked item reaches the extension: intact (the default) is the very "
-                    "item of the menu; finder is an item rebuilt of its title, enabled state, tag, "
-                    "state and indentation, as Finder does it")
-        ->type_name("HOW")
-        ->check(CLI::IsMember({"intact", "finder"}).description(""));
-    command.add_flag("--launch", options.launches,
-                     "Really start the containing application when the extension asks for it, and "
-                     "end it when it has performed the record");
+        ->transform(absolutePath());
     command.add_flag("--json", options.printsJSON, "Print JSON instead of text for people");
     command.add_flag("--verbose", options.isVerbose,
                      "Show what the extension writes on standard error");
 }
 
-/// Gives the extension the environment that the options ask for.
-void prepareEnvironment(const Options& options) {
-    if (const auto display = simulator::ensureDisplay(); !display) {
-        throw CommandError(display.error());
-    }
-    if (!options.home.empty()) {
-        setenv("HOME", simulator::absolutePath(options.home).c_str(), 1);
-    }
-    if (!options.accountHome.empty()) {
-        setenv("SIMULATOR_ACCOUNT_HOME", simulator::absolutePath(options.accountHome).c_str(), 1);
-    }
-    if (!options.language.empty()) {
-        setenv("SIMULATOR_LANGUAGE", options.language.c_str(), 1);
-    }
-    setenv("SIMULATOR_LAUNCH", options.launches ? "1" : "0", 1);
-    if (const char* const home = std::getenv("HOME"); home != nullptr && !simulator::isUTF8(home)) {
-        throw CommandError("the home folder's path is not UTF-8");
-    }
+void addMenuOptions(CLI::App& command, Options& options) {
+    command
+        .add_option("--select", options.selectedPaths,
+                    "An item to select; once for each. Without one nothing is selected")
+        ->type_name("PATH")
+        ->allow_extra_args(false)
+        ->transform(absolutePath());
+    command
+        .add_option("--target", options.targetedPath,
+                    "The folder that the Finder window shows. Without it there is none")
+        ->type_name("DIR")
+        ->transform(absolutePath());
+    command
+        .add_option("--kind", options.kind,
+                    "Where the menu is opened: items, container, sidebar or toolbar. Without it "
+                    "items when something is selected, else container")
+        ->type_name("KIND")
+        ->check(oneOf({"items", "container", "sidebar", "toolbar"}));
+    command
+        .add_option("--language", options.language,
+                    "The language of the menu: en, zh-Hans (the default) or zh-Hant")
+        ->type_name("LANGUAGE")
+        ->check(oneOf({"en", "zh-Hans", "zh-Hant"}));
 }
 
-std::filesystem::path homeFolder() {
+void addDelivery(CLI::App& command, Options& options) {
+    command
+        .add_option("--delivery", options.delivery,
+                    "How a clicked item reaches the extension: intact (the default of click) is "
+                    "the very item of the menu; finder is an item rebuilt of its title, enabled "
+                    "state, tag, state and indentation, as Finder does it")
+        ->type_name("HOW")
+        ->check(oneOf({"intact", "finder"}));
+}
+
+/// Gives the extension the environment that the options ask for.
+void prepareEnvironment(const Options& options) {
+    for (const auto& [name, value] :
+         {std::pair("HOME", options.home), std::pair("SIMULATOR_ACCOUNT_HOME", options.accountHome),
+          std::pair("SIMULATOR_LANGUAGE", options.language)}) {
+        if (!value.empty()) {
+            setenv(name, value.c_str(), 1);
+        }
+    }
+    setenv("SIMULATOR_LAUNCH", options.launches ? "1" : "0", 1);
     const char* const home = std::getenv("HOME");
     if (home == nullptr || *home != '/') {
         throw CommandError("HOME names no folder: say --home");
     }
-    return home;
-}
-
-void print(const std::string& text) {
-    std::fputs(text.c_str(), stdout);
-}
-
-void showMenu(const Options& options) {
-    ExtensionProcess extension(options.isVerbose);
-    const ordered_json answer = extension.ask(simulator::menuRequest(options));
-    print(options.printsJSON ? answer.dump(2) + "\n" : simulator::menuTree(answer["menu"]));
-}
-
-/// The containing applications that are launched while this is there. They end with it.
-class LaunchedApplications {
- public:
-    explicit LaunchedApplications(std::filesystem::path home)
-        : home_(std::move(home)), before_(simulator::containingApplications(home_)) {}
-    LaunchedApplications(const LaunchedApplications&) = delete;
-    LaunchedApplications& operator=(const LaunchedApplications&) = delete;
-    ~LaunchedApplications() { simulator::endContainingApplications(home_, before_); }
-
- private:
-    std::filesystem::path home_;
-    std::vector<pid_t> before_;
-};
-
-void clickEntry(const Options& options) {
-    const std::filesystem::path home = homeFolder();
-    if (options.launches) {
-        // There to be held back, so that the record can be shown before it is performed.
-        std::error_code error;
-        std::filesystem::create_directories(simulator::QuorvaFolder(home).queue(), error);
+    if (!simulator::isUTF8(home)) {
+        throw CommandError("the home folder's path is not UTF-8");
     }
-    std::optional<LaunchedApplications> launched;
-    if (options.launches && !options.keepsRunning) {
-        launched.emplace(home);
-    }
+}
+
+void show(const Options& options, const ordered_json& response, const std::string& text) {
+    simulator::print(options.printsJSON ? simulator::jsonText(response) + "\n" : text);
+}
+
+void showMenu(const Options& options, const path&) {
     ExtensionProcess extension(options.isVerbose);
-    const ordered_json menu = extension.ask(simulator::menuRequest(options))["menu"];
-    const auto entries = simulator::menuEntries(menu);
-    ordered_json request = simulator::finderState(options.selectedPaths, options.targetedPath);
-    request["delivery"] = options.delivery.empty() ? "intact" : options.delivery;
+    const ordered_json response = extension.ask(simulator::menuRequest(options));
+    show(options, response, simulator::menuTree(response.at("menu")));
+}
+
+void clickEntry(const Options& options, const path&) {
+    ExtensionProcess extension(options.isVerbose);
+    const ordered_json menu = extension.ask(simulator::menuRequest(options)).at("menu");
+    const std::vector<simulator::MenuEntry> entries = simulator::menuEntries(menu);
+    const simulator::MenuEntry& entry = simulator::entryNamed(entries, options.titles);
+    const std::string delivery = options.delivery.empty() ? "intact" : options.delivery;
     const ordered_json result = simulator::click(
-        extension, simulator::entryNamed(entries, options.titles), std::move(request), home);
-    print(options.printsJSON ? result.dump(2) + "\n" : simulator::clickText(result));
+        extension, entry, simulator::clickRequest(options, delivery), options.launches);
+    show(options, result, simulator::clickText(result));
+    if (result["records"].empty()) {
+        throw CommandError("no record of the click was written");
+    }
 }
 
-void showDirectories(const Options& options) {
+void showDirectories(const Options& options, const path&) {
     ExtensionProcess extension(options.isVerbose);
-    const ordered_json answer = extension.ask({{"request", "directories"}});
-    if (options.printsJSON) {
-        print(answer.dump(2) + "\n");
-        return;
+    const ordered_json response = extension.ask({{"request", "directories"}});
+    std::string text;
+    for (const std::string directory : response.at("directories")) {
+        text += simulator::escaped(directory) + "\n";
     }
-    for (const std::string directory : answer["directories"]) {
-        print(directory + "\n");
+    show(options, response, text);
+}
+
+int fail(const std::string& reason) {
+    std::fprintf(stderr, "finder-sim: %s\n", simulator::escaped(reason, u'\n').c_str());
+    return EXIT_FAILURE;
+}
+
+/// Carries out `command`; its error becomes one on standard error.
+int run(void (*command)(const Options&, const path&), const Options& options, const path& folder) {
+    try {
+        prepareEnvironment(options);
+        command(options, folder);
+    } catch (const nlohmann::json::exception& exception) {
+        return fail("the extension's response is not as the protocol has it: " +
+                    simulator::escaped(exception.what()));
+    } catch (const std::exception& exception) {
+        return fail(exception.what());
     }
+    return EXIT_SUCCESS;
 }
 
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+    // What is opened later never takes the place of a standard stream that is closed.
+    while (open("/dev/null", O_RDONLY | O_CLOEXEC) < 3) {
+    }
+
     Options options;
+    void (*command)(const Options&, const path&) = nullptr;
     CLI::App app(description, "finder-sim");
     app.footer(footer);
     app.require_subcommand(1);
     app.get_formatter()->column_width(26);
-
+    const auto add = [&](const char* name, const char* text, auto* function) {
+        CLI::App* const subcommand = app.add_subcommand(name, text);
+        subcommand->callback([&command, function] { command = function; });
+        addCommonOptions(*subcommand, options);
+        return subcommand;
+    };
     CLI::App* const menu =
-        app.add_subcommand("menu", "Show the menu as a tree; what can't be clicked is marked");
-    CLI::App* const click = app.add_subcommand(
-        "click", "Click an entry and show the record, the notification and the launch");
+        add("menu", "Show the menu as a tree; what can't be clicked is marked", showMenu);
+    CLI::App* const click = add(
+        "click", "Click an entry and show the record, the notification and the launch", clickEntry);
+    add("directories", "List the folders that the extension monitors", showDirectories);
+    CLI::App* const demo = add(
+        "demo", "Show both layouts of a menu in a sample home, and a click on every kind of entry",
+        simulator::runDemo);
+    for (CLI::App* const subcommand : {menu, click, demo}) {
+        addMenuOptions(*subcommand, options);
+    }
+    for (CLI::App* const subcommand : {click, demo}) {
+        addDelivery(*subcommand, options);
+    }
     click
         ->add_option("titles", options.titles,
                      "The titles on the way to the entry, or its last ones when they say enough")
         ->type_name("TITLE")
         ->required();
-    click->add_flag("--keep-running", options.keepsRunning,
-                    "Leave the application that --launch started running");
-    CLI::App* const directories =
-        app.add_subcommand("directories", "List the folders that the extension monitors");
-    CLI::App* const demo = app.add_subcommand(
-        "demo", "Show both layouts of a menu in a sample home, and a click on every kind of entry");
-    for (CLI::App* const command : {menu, click, directories, demo}) {
-        addOptions(*command, options);
-    }
-    try {
-        app.parse(argumentCount, arguments);
-    } catch (const CLI::Success& help) {
-        return app.exit(help);
-    } catch (const CLI::ParseError& error) {
-        std::fprintf(stderr, "finder-sim: %s (--help says more)\n", error.what());
-        return 1;
-    }
+    CLI::Option* const launch =
+        click->add_flag("--launch", options.launches,
+                        "Really start the containing application when the extension asks for it, "
+                        "and end it when it has performed the record");
+    click
+        ->add_flag("--keep-running", options.keepsRunning,
+                   "Leave the application that --launch started running")
+        ->needs(launch);
 
     try {
-        prepareEnvironment(options);
-        if (menu->parsed()) {
-            showMenu(options);
-        } else if (click->parsed()) {
-            clickEntry(options);
-        } else if (directories->parsed()) {
-            showDirectories(options);
-        } else {
-            simulator::runDemo(options);
+        app.parse(argumentCount, arguments);
+        return simulator::supervise(
+            [&](const path& folder) { return run(command, options, folder); },
+            {.givesFolder = demo->parsed(), .keepsApplication = options.keepsRunning});
+    } catch (const CLI::Success& request) {
+        std::ostringstream help;
+        app.exit(request, help, help);
+        try {
+            simulator::print(help.str());
+            return EXIT_SUCCESS;
+        } catch (const CommandError& error) {
+            return fail(error.what());
         }
+    } catch (const CLI::ParseError& error) {
+        return fail(simulator::escaped(error.what()) + " (--help says more)");
     } catch (const std::exception& exception) {
-        std::fflush(stdout);
-        std::fprintf(stderr, "finder-sim: %s\n", exception.what());
-        return 1;
+        return fail(exception.what());
     }
-    return 0;
 }

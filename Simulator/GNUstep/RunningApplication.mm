@@ -1,27 +1,7 @@
 #import "Simulator/GNUstep/RunningApplication.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <filesystem>
-
 #import "Simulator/GNUstep/ApplicationBundle.h"
-
-namespace {
-
-/// The bundle that the program of the process in `folder` (of `/proc`) lies in. nil when the
-/// process is another user's, has ended, or is no application.
-NSString* bundlePathOfProcess(const std::filesystem::path& folder) {
-    struct stat status;
-    std::error_code error;
-    const auto executable = std::filesystem::read_symlink(folder / "exe", error);
-    if (error || stat(folder.c_str(), &status) != 0 || status.st_uid != geteuid()) {
-        return nil;
-    }
-    return simulator::bundlePathOfExecutable([NSString stringWithUTF8String:executable.c_str()]);
-}
-
-}  // namespace
+#include "Simulator/Processes.hpp"
 
 @implementation SimulatorRunningApplication
 
@@ -56,22 +36,24 @@ NSString* bundlePathOfProcess(const std::filesystem::path& folder) {
 
 @implementation NSRunningApplication (AppKitOfMacOS)
 
-/// macOS: the applications of the user's session. Here: the processes of this user whose program
-/// lies in a bundle with that identifier.
+/// macOS: the applications of the user's session. Here: the processes of this user and this home
+/// folder whose program lies in a bundle with that identifier. For a program that lies in a bundle
+/// itself, that is the bundle around it: an application of another build is another one.
 + (NSArray*)runningApplicationsWithBundleIdentifier:(NSString*)bundleIdentifier {
     NSMutableArray* applications = [NSMutableArray array];
-    std::error_code error;
-    std::filesystem::directory_iterator process("/proc", error);
-    for (; !error && process != std::filesystem::directory_iterator(); process.increment(error)) {
-        NSString* bundlePath = bundlePathOfProcess(process->path());
-        if (bundlePath == nil) {
+    NSString* own = simulator::bundlePathOfExecutable(
+        [[NSFileManager defaultManager] pathContentOfSymbolicLinkAtPath:@"/proc/self/exe"]);
+    for (const simulator::Process& process : simulator::processes()) {
+        NSString* path = simulator::bundlePathOfExecutable(
+            [NSString stringWithUTF8String:process.executable.c_str()]);
+        if (path == nil || !simulator::sharesHome(process) ||
+            (own != nil && ![own hasPrefix:[path stringByAppendingString:@"/"]])) {
             continue;
         }
-        const pid_t identifier = std::atoi(process->path().filename().c_str());
-        SimulatorRunningApplication* application = [[[SimulatorRunningApplication alloc]
-            initWithProcessIdentifier:identifier
-                           bundlePath:bundlePath] autorelease];
-        if (identifier > 0 && [application.bundleIdentifier isEqual:bundleIdentifier]) {
+        SimulatorRunningApplication* application =
+            [[[SimulatorRunningApplication alloc] initWithProcessIdentifier:process.identifier
+                                                                 bundlePath:path] autorelease];
+        if ([application.bundleIdentifier isEqual:bundleIdentifier]) {
             [applications addObject:application];
         }
     }

@@ -6,23 +6,23 @@
 
 namespace simulator {
 
-/// An entry of a menu that can be pointed at, separators aside.
+/// An entry of a menu.
 struct MenuEntry {
-    /// The titles on the way to it, its own last.
+    /// The titles on the way to it, its own last. A separator's is empty.
     std::vector<std::string> titles;
-    /// The positions on the way to it, separators counted.
+    /// The positions on the way to it.
     std::vector<std::size_t> indexPath;
-    /// The item as the extension's answer shows it.
-    nlohmann::ordered_json item;
+    /// The item as the extension's response shows it, within the menu.
+    const nlohmann::ordered_json* item = nullptr;
     /// Whether it and what it lies in are enabled, it opens nothing, and has an action.
     bool isClickable = false;
 };
 
-/// Every entry of `menu` ("title" and "items"), in the order in which they show, those of a submenu
-/// behind the entry that opens it.
+/// Every entry of `menu` (null, or "title" and "items"), in the order in which they show, those of
+/// a submenu behind the entry that opens it. They are good as long as `menu` is.
 std::vector<MenuEntry> menuEntries(const nlohmann::ordered_json& menu);
 
-/// The titles as one line: "Quorva ▸ 新建 ▸ 新建文件夹".
+/// The titles as one line for people: "Quorva ▸ 新建 ▸ 新建文件夹".
 std::string breadcrumbs(const std::vector<std::string>& titles);
 
 /// The entry that `titles` names: all the titles on the way to it, or so many of its last ones that

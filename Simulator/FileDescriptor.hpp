@@ -1,0 +1,40 @@
+#pragma once
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <utility>
+
+namespace simulator {
+
+/// Owns a file descriptor, and closes it in the end. Negative where there is none.
+class FileDescriptor {
+ public:
+    explicit FileDescriptor(int number = -1) : number_(number) {}
+    FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+        std::swap(number_, other.number_);
+        return *this;
+    }
+    ~FileDescriptor() {
+        if (number_ >= 0) {
+            close(number_);
+        }
+    }
+
+    [[nodiscard]] int number() const { return number_; }
+
+ private:
+    int number_;
+};
+
+/// Waits for the lock that whoever empties the queue `folder` holds meanwhile, and holds it as long
+/// as the descriptor is open. Negative, with `errno`, where there is no such folder.
+[[nodiscard]] inline FileDescriptor lockQueue(const std::filesystem::path& folder) {
+    FileDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return flock(descriptor.number(), LOCK_EX) == 0 ? std::move(descriptor) : FileDescriptor();
+}
+
+}  // namespace simulator
