@@ -167,7 +167,7 @@ void showDirectories(const Options& options, const path&) {
     ExtensionProcess extension(options.isVerbose);
     const ordered_json response = extension.ask({{"request", "directories"}});
     std::string text;
-    for (const std::string directory : response.at("directories")) {
+    for (const auto& directory : response.at("directories").get<std::vector<std::string>>()) {
         text += simulator::escaped(directory) + "\n";
     }
     show(options, response, text);

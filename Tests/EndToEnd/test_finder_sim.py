@@ -3,34 +3,53 @@
 import contextlib
 import json
 import os
+import random
 import shutil
 import signal
 import subprocess
+import sys
+import time
 import unittest
 
 import samples
 from menu_model import MenuBuilder, Request, actionable_items
 from quorva_process import (
-    TIME_LIMIT, EndToEndTestCase, Run, application_bundle, build_folder, end_containing_application,
-    program_environment, until)
+    BINARY, CUSTOM_DESTINATIONS, EXTENSION_EXECUTABLE, FALLBACK_QUEUE, TIME_LIMIT, EndToEndTestCase,
+    Home, Run, application_bundle, build_folder, end_containing_application, program_environment,
+    until)
 
 SELECT = ["--select", "/Volumes/Work/a.txt", "--target", "/Volumes/Work"]
 REQUEST = Request(["/Volumes/Work/a.txt"], "/Volumes/Work")
 
 
-class FinderSimTest(EndToEndTestCase):
+class FinderSimTestCase(EndToEndTestCase):
 
     def setUp(self):
         super().setUp()
+        self.finder_sim_program = build_folder() / "finder-sim"
         self.settings = self.home.settings(
             feature_settings=samples.feature_settings(), **samples.user_data())
         self.home.write_settings(self.settings)
 
-    def run_finder_sim(self, *arguments, display=True, environment=None):
+    def run_finder_sim(self, *arguments, display=True, environment=None, **options):
         return subprocess.run(
-            [build_folder() / "finder-sim", *arguments], stdin=subprocess.DEVNULL,
-            capture_output=True, encoding="utf-8", timeout=TIME_LIMIT,
-            env=program_environment(self.home, display=display) | (environment or {}))
+            [self.finder_sim_program, *arguments], **{
+                "stdin": subprocess.DEVNULL, "stdout": subprocess.PIPE, "stderr": subprocess.PIPE,
+                "encoding": "utf-8", "timeout": TIME_LIMIT,
+                "env": program_environment(self.home, display=display) | (environment or {})
+            } | options)
+
+    def start_finder_sim(self, *arguments, display=True, stdout=subprocess.DEVNULL):
+        """Starts a call that the test interrupts."""
+        process = subprocess.Popen(
+            [self.finder_sim_program, *arguments], stdin=subprocess.DEVNULL,
+            stdout=stdout, stderr=subprocess.DEVNULL,
+            env=program_environment(self.home, display=display),
+            # A shell has its background jobs ignore some of them.
+            preexec_fn=lambda: [signal.signal(number, signal.SIG_DFL) for number in INTERRUPTS])
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        return process
 
     def finder_sim(self, *arguments, **options):
         """Standard output of a call that must succeed."""
@@ -38,13 +57,47 @@ class FinderSimTest(EndToEndTestCase):
         self.assertEqual((result.returncode, result.stderr), (0, ""))
         return result.stdout
 
-    def refused(self, *arguments):
+    def refused(self, *arguments, output="", **options):
         """Standard error of a call that must fail."""
-        result = self.run_finder_sim(*arguments)
+        result = self.run_finder_sim(*arguments, **options)
         self.assertNotEqual(result.returncode, 0)
-        self.assertEqual(result.stdout, "")
+        if output is not None:
+            self.assertEqual(result.stdout, output)
         self.assertTrue(result.stderr.startswith("finder-sim: "), result.stderr)
         return result.stderr
+
+    def use_extension(self, *lines):
+        """Puts an extension of these lines of Python in the place of the real one."""
+        folder = Run.new_folder()
+        self.finder_sim_program = folder / "finder-sim"
+        shutil.copy(build_folder() / "finder-sim", folder)
+        shutil.copytree(build_folder() / "Samples", folder / "Samples")
+        program = folder / "Quorva.app" / EXTENSION_EXECUTABLE
+        program.parent.mkdir(parents=True)
+        program.write_text("\n".join([f"#!{sys.executable}", *lines, ""]), encoding="utf-8")
+        program.chmod(0o700)
+
+    def assert_nothing_is_left(self):
+        """Neither a process, but for the notification daemon, nor a temporary folder."""
+        self.assertEqual({process: name for process, name in self.programs().items()
+                          if name != "gdnc" and process not in self.programs_before}, {})
+        self.assertEqual(list(Run.folder().glob("finder-sim*.*")), [])
+
+    @staticmethod
+    def programs():
+        """The programs that run in this run, by their processes."""
+        found = {}
+        for process in Run.processes():
+            with contextlib.suppress(OSError):
+                found[process] = os.path.basename(os.readlink(f"/proc/{process}/exe"))
+        return found
+
+    def containing_applications(self):
+        """The processes of this run that are the containing application."""
+        return [process for process, name in self.programs().items() if name == "Quorva"]
+
+
+class FinderSimTest(FinderSimTestCase):
 
     def test_the_menu_is_shown_as_a_tree(self):
         lines = self.finder_sim("menu", *SELECT).splitlines()
@@ -126,12 +179,6 @@ class FinderSimTest(EndToEndTestCase):
         self.assertEqual(name, self.home.record_files()[0].name)
         self.assertEqual(record, self.home.records()[0])
 
-    def containing_applications(self):
-        """The processes of this run that are the containing application."""
-        executable = str(application_bundle() / "Contents" / "MacOS" / "Quorva")
-        return [process for process in Run.processes()
-                if os.path.realpath(f"/proc/{process}/exe") == executable]
-
     def test_a_click_that_launches_shows_what_was_performed_and_leaves_nothing_running(self):
         answer = json.loads(self.finder_sim("click", "压缩为 ZIP", *SELECT, "--launch", "--json"))
         self.assertEqual([line["actionID"] for line in answer["performed"]], ["compressToZIP"])
@@ -186,29 +233,10 @@ class FinderSimTest(EndToEndTestCase):
         self.assertEqual(self.home.records()[0]["title"], "Compress to ZIP")
 
     def test_without_a_display_one_is_started_and_ended(self):
-        before = Run.processes()
-        watched = subprocess.Popen(
-            [build_folder() / "finder-sim", "demo"], stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL, env=program_environment(self.home, display=False))
-        self.addCleanup(watched.wait)
-        self.addCleanup(watched.kill)
-        displays = until(lambda: self.displays(before), "a display was started")
-        self.assertEqual(len(displays), 1)
-        self.assertEqual(watched.wait(TIME_LIMIT), 0)
-        until(lambda: not self.displays(before), "the display ended")
+        self.programs_before = self.programs()
         self.finder_sim("click", "压缩为 ZIP", *SELECT, display=False)
         self.assertEqual(len(self.home.records()), 1)
-        until(lambda: not self.displays(before), "the display ended")
-
-    @staticmethod
-    def displays(before):
-        """The virtual displays among the processes of this run that were not there before."""
-        found = []
-        for process in set(Run.processes()) - set(before):
-            with contextlib.suppress(OSError):
-                if os.path.basename(os.readlink(f"/proc/{process}/exe")) == "Xvfb":
-                    found.append(process)
-        return found
+        self.assert_nothing_is_left()
 
     def test_a_display_that_does_not_answer_is_replaced(self):
         self.finder_sim("click", "压缩为 ZIP", *SELECT, environment={"DISPLAY": ":4711"})
@@ -234,22 +262,37 @@ class FinderSimTest(EndToEndTestCase):
             with self.subTest(arguments=arguments):
                 self.assertEqual(self.refused(*arguments).count("\n"), 1)
 
-    def test_only_an_application_of_this_user_keeps_the_demonstration_from_launching_its_own(self):
-        folder = Run.new_folder()
-        program = folder / "Quorva.app" / "Contents" / "MacOS" / "Quorva"
+    def start_application(self, bundle, home, *prefix):
+        variables = program_environment(home, display=False)
+        return self.start_program(["env", *(f"{name}={value}" for name, value in variables.items()),
+                                   *prefix, bundle / "Contents/MacOS/Quorva"])
+
+    def test_an_application_of_another_home_or_build_or_user_keeps_nothing_from_launching(self):
+        other_build = Run.new_folder() / "Quorva.app"
+        shutil.copytree(application_bundle(), other_build)
+        others = [self.start_application(application_bundle(), Home()),
+                  self.start_application(other_build, self.home)]
+        self.finder_sim("demo")
+        answer = json.loads(self.finder_sim("click", "压缩为 ZIP", *SELECT, "--launch", "--json"))
+        self.assertIn("openApplication", [event["event"] for event in answer["events"]])
+        self.assertEqual([other.poll() for other in others], [None, None])
+
+    def test_an_application_of_another_user_keeps_nothing_from_launching(self):
+        if os.geteuid() != 0:
+            self.skipTest("only root can start a program of another user")
+        for folder in (Run.folder(), self.home.path):
+            folder.chmod(0o711)
+        bundle = Run.new_folder() / "Quorva.app"
+        bundle.parent.chmod(0o711)
+        program = bundle / "Contents/MacOS/Quorva"
         program.parent.mkdir(parents=True)
         shutil.copy("/bin/sleep", program)
-        own = self.start_program([program, "1000"])
-        self.assertIn(f"process {own.pid}", self.refused("demo"))
-        own.kill()
-        own.wait()
-        if os.geteuid() == 0:  # Only root sees the programs of others, and can start one.
-            Run.folder().chmod(0o711)
-            folder.chmod(0o711)
-            other = self.start_program(
-                ["setpriv", "--reuid", "65534", "--clear-groups", "--", program, "1000"])
-            until(lambda: os.readlink(f"/proc/{other.pid}/exe") == str(program), "it started")
+        other = self.start_program(
+            ["env", f"HOME={self.home.path}", "setpriv", "--reuid", "65534", "--clear-groups", "--",
+             program, "1000"])
+        until(lambda: os.readlink(f"/proc/{other.pid}/exe") == str(program), "it started")
         self.finder_sim("demo")
+        self.assertIsNone(other.poll())
 
     def test_the_demonstration_shows_both_layouts_and_a_click_on_every_kind_of_entry(self):
         output = self.finder_sim("demo")
@@ -275,29 +318,315 @@ class FinderSimTest(EndToEndTestCase):
         return [(item.get("title"), "submenu" in item) for item in items]
 
     def test_the_demonstration_leaves_neither_files_nor_processes(self):
-        def left():
-            files = list(Run.folder().glob("finder-sim-demo.*"))
-            return sorted(self.home.path.rglob("*")), files, sorted(Run.processes())
+        self.programs_before = self.programs()
+        before = sorted(self.home.path.rglob("*"))
+        self.finder_sim("demo", display=False)
+        self.assertEqual(sorted(self.home.path.rglob("*")), before)
+        self.assert_nothing_is_left()
 
-        self.finder_sim("click", "压缩为 ZIP", *SELECT)  # Starts the run's notification daemon.
-        before = left()
-        self.assertEqual(before[1], [])
-        self.finder_sim("demo")
-        self.assertEqual(left(), before)
+    def test_a_home_that_can_t_be_copied_leaves_nothing(self):
+        self.programs_before = self.programs()
+        os.mkfifo(self.home.path / "pipe")
+        self.assertIn(str(self.home.path), self.refused("demo", "--home", str(self.home.path)))
+        self.assert_nothing_is_left()
 
-    def test_the_demonstration_leaves_nothing_when_it_is_interrupted(self):
-        self.finder_sim("click", "压缩为 ZIP", *SELECT)
-        before = sorted(Run.processes())
-        demonstration = subprocess.Popen(
-            [build_folder() / "finder-sim", "demo"], stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL, env=program_environment(self.home))
-        self.addCleanup(demonstration.wait)
-        self.addCleanup(demonstration.kill)
+    def test_an_option_that_a_command_would_ignore_is_refused(self):
+        for arguments in (
+                ["menu", "--delivery", "intact"], ["menu", "--launch"], ["menu", "--keep-running"],
+                ["directories", "--select", "/a"], ["directories", "--target", "/"],
+                ["directories", "--kind", "items"], ["directories", "--language", "en"],
+                ["directories", "--delivery", "intact"], ["directories", "--launch"],
+                ["demo", "--launch"], ["demo", "--keep-running"],
+                ["click", "压缩为 ZIP", *SELECT, "--keep-running"]):
+            with self.subTest(arguments=arguments):
+                self.assertEqual(self.refused(*arguments).count("\n"), 1)
+        self.assertEqual(self.home.records(), [])
+
+    def test_a_click_without_a_record_fails(self):
+        self.home.queue.write_text("not a folder")
+        error = self.refused("click", "压缩为 ZIP", *SELECT, output=None)
+        self.assertEqual(error.count("\n"), 1)
+
+    def test_a_record_in_the_folder_that_stands_in_for_the_queue_is_shown(self):
+        if FALLBACK_QUEUE.exists() and FALLBACK_QUEUE.stat().st_uid != os.geteuid():
+            self.skipTest(f"{FALLBACK_QUEUE} belongs to another user of this machine")
+        home = Home()
+        (home.path / "Library").write_text("not a folder")
+        selected = str(home.path / "unlike any other")
+        records = json.loads(self.finder_sim(
+            "click", "压缩为 ZIP", "--select", selected, "--json", "--home", str(home.path)))["records"]
+        [own] = [name for name, record in records.items() if record["selectedPaths"] == [selected]]
+        self.addCleanup(os.unlink, own)
+        self.assertTrue(own.startswith(str(FALLBACK_QUEUE) + "/"), own)
+
+    def test_an_output_that_is_lost_is_a_failure(self):
+        for arguments in (["--help"], ["menu"], ["menu", "--json"], ["directories"], ["demo"],
+                          ["click", "压缩为 ZIP", *SELECT]):
+            with self.subTest(arguments=arguments, output="/dev/full"):
+                with open("/dev/full", "wb") as full:
+                    error = self.refused(*arguments, output=None, stdout=full)
+                    self.assertEqual(error.count("\n"), 1)
+            with self.subTest(arguments=arguments, output="closed"):
+                error = self.refused(*arguments, preexec_fn=lambda: os.close(1))
+                self.assertEqual(error.count("\n"), 1)
+            with self.subTest(arguments=arguments, output="nobody reads it"):
+                reader, writer = os.pipe()
+                os.close(reader)
+                with open(writer, "wb") as pipe:
+                    self.assertNotEqual(
+                        self.run_finder_sim(*arguments, stdout=pipe).returncode, 0)
+
+
+# Each with what is shown in its place.
+UNFIT_TO_SHOW = {
+    "\x1b]0;title\x07": r"\u001b]0;title\u0007",
+    "\x1b[2J": r"\u001b[2J",
+    "line\r\nfeed\ttab": r"line\u000d\u000afeed\u0009tab",
+    "\x7f\x85\x9b31m": r"\u007f\u0085\u009b31m",
+    "\u202eexe.txt\u202c\u2066\u2069\u200f": r"\u202eexe.txt\u202c\u2066\u2069\u200f",
+    "\u2028\u2029": r"\u2028\u2029",
+}
+
+
+class UnfitToShowTest(FinderSimTestCase):
+    """What a terminal would act on reaches people only as text."""
+
+    def setUp(self):
+        super().setUp()
+        self.home.write(CUSTOM_DESTINATIONS, {"quickOpen": [
+            {"id": str(number), "name": name, "path": "/" + name}
+            for number, name in enumerate(UNFIT_TO_SHOW)]}, BINARY)
+
+    def check(self, shown):
+        """That nothing in it is for a terminal."""
+        for character in shown.replace("\n", ""):
+            self.assertTrue(character.isprintable(), repr(character))
+
+    def test_titles_of_a_menu(self):
+        tree = self.finder_sim("menu", *SELECT)
+        self.check(tree)
+        for shown in UNFIT_TO_SHOW.values():
+            self.assertIn(shown, tree)
+
+    def test_titles_and_paths_of_a_menu_as_json_which_means_the_same(self):
+        text = self.finder_sim("menu", "--json", *SELECT)
+        self.check(text)
+        titles = [item["title"] for _, item in actionable_items(json.loads(text)["menu"])]
+        for title in UNFIT_TO_SHOW:
+            self.assertIn(title, titles)
+
+    def test_a_click(self):
+        for title, shown in UNFIT_TO_SHOW.items():
+            output = self.finder_sim(
+                "click", "打开", title, "--select", "/" + title, "--target", "/x" + title)
+            self.check(output)
+            self.assertIn(f"▸ {shown}\n", output)
+            [record] = self.home.take_records()
+            self.assertEqual((record["title"], record["selectedPaths"]), (title, ["/" + title]))
+
+    def test_the_monitored_folders(self):
+        for name, shown in UNFIT_TO_SHOW.items():
+            output = self.finder_sim("directories", "--account-home", "/Users/" + name)
+            self.check(output)
+            self.assertIn(f"/Users/{shown}/Desktop\n", output)
+
+    def test_the_demonstration(self):
+        for title, shown in UNFIT_TO_SHOW.items():
+            output = self.finder_sim("demo", "--select", "/" + title, "--target", "/")
+            self.check(output)
+            self.assertIn("selected  /" + shown, output)
+
+    def test_errors(self):
+        for name, shown in UNFIT_TO_SHOW.items():
+            for arguments in (["click", name + "?", *SELECT], ["menu", "--kind", name],
+                              ["demo", "--home", "/" + name]):
+                error = self.refused(*arguments)
+                self.check(error)
+                self.assertIn(shown, error)
+        error = self.refused("menu", "--kind", os.fsdecode(b"\xff\x80"))
+        self.assertIn(r"\ufffd\ufffd", error)
+
+    def test_what_the_extension_writes_on_standard_error(self):
+        for title, shown in UNFIT_TO_SHOW.items():
+            result = self.run_finder_sim("click", "打开", title, *SELECT, "--verbose")
+            self.check(result.stderr)
+            self.assertIn("clicked sender=" + shown.replace(r"\u000a", "\n"), result.stderr)
+
+    def test_a_reply_and_its_error(self):
+        self.use_extension(
+            "import json", "json.loads(input())",
+            r"""print('{"id":1,"error":"\\u001b[2J\\u009b"}')""")
+        self.assertIn(r"\u001b[2J\u009b", self.refused("menu"))
+        self.use_extension(r"import sys; sys.stderr.write('\x1b[2J\rlast\nwords')")
+        error = self.refused("menu")
+        self.check(error)
+        self.assertIn("\\u001b[2J\\u000dlast\nwords", error)
+
+
+MENU = '{"title":"","items":[%s]}'
+ITEM = ('{"title":"压缩为 ZIP","enabled":true,"action":"a:","target":"T","identifier":null,"tag":0,'
+        '"keyEquivalent":"","representedObject":null%s}')
+
+
+class OddResponseTest(FinderSimTestCase):
+    """An extension that does not keep to the protocol is an error in one line."""
+
+    ANY = [b"", b"nonsense", b"\xff", b"null", b"1", b"[]", b'"text"', b"{}", b'{"id":2}',
+           b'{"id":"1"}', b'{"id":1,"error":5}', b'{"id":1', b"[" * 100_000,
+           b'{"id":1,"menu":' + b"[" * 600 + b"]" * 600 + b"}"]
+
+    def respond(self, *lines):
+        self.use_extension(
+            "import sys",
+            f"for line in {lines!r}:",
+            "    sys.stdin.readline()",
+            "    sys.stdout.buffer.write(line + b'\\n')",
+            "    sys.stdout.flush()",
+            "sys.stdin.read()")
+
+    def check(self, *arguments):
+        error = self.refused(*arguments)
+        self.assertEqual(error.count("\n"), 1, error)
+
+    def test_to_any_request(self):
+        for line in self.ANY:
+            with self.subTest(line=line[:60]):
+                self.respond(line)
+                for arguments in (["menu"], ["menu", "--json"], ["directories"], ["demo", "--json"],
+                                  ["click", "x"]):
+                    self.check(*arguments)
+
+    def test_to_a_request_for_the_menu(self):
+        item = ITEM % ""
+        for menu in ("5", '"text"', "[]", "{}", '{"items":5}', MENU % "5", MENU % "{}",
+                     MENU % item.replace('"压缩为 ZIP"', "5"), MENU % item.replace("true", "1"),
+                     MENU % item.replace('"action"', '"activity"'),
+                     MENU % (ITEM % ',"submenu":5'), MENU % (ITEM % ',"submenu":{}')):
+            with self.subTest(menu=menu):
+                self.respond(f'{{"id":1,"menu":{menu}}}'.encode())
+                for arguments in (["menu"], ["click", "压缩为 ZIP"], ["demo", "--json"]):
+                    self.check(*arguments)
+
+    def test_to_a_request_for_the_folders(self):
+        for directories in ("5", "[5]", "{}", "null"):
+            with self.subTest(directories=directories):
+                self.respond(f'{{"id":1,"directories":{directories}}}'.encode())
+                self.check("directories")
+
+    def test_to_a_click(self):
+        menu = f'{{"id":1,"menu":{MENU % (ITEM % "")}}}'.encode()
+        for events in ("5", '"x"', "[5]", "[{}]", '[{"event":5}]', '[{"event":"notification"}]',
+                       '[{"event":"notification","name":5,"userInfo":null}]',
+                       '[{"event":"openApplication"}]',
+                       '[{"event":"openApplication","path":5,"activates":false}]',
+                       '[{"event":"openApplication","path":"","activates":5}]'):
+            with self.subTest(events=events):
+                self.respond(menu, f'{{"id":2,"events":{events}}}'.encode())
+                self.check("click", "压缩为 ZIP")
+        self.respond(menu, b'{"id":2}')
+        self.check("click", "压缩为 ZIP")
+
+
+INTERRUPTS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT)
+
+
+class InterruptTest(FinderSimTestCase):
+    """An interrupt leaves nothing behind, whatever was going on."""
+
+    # How often each command is interrupted, each time a little later.
+    INTERRUPTIONS = int(os.environ.get("QUORVA_INTERRUPTIONS", "7"))
+
+    COMMANDS = [
+        ["menu", *SELECT],
+        ["directories"],
+        ["click", "压缩为 ZIP", *SELECT],
+        ["click", "压缩为 ZIP", *SELECT, "--launch"],
+        ["click", "压缩为 ZIP", *SELECT, "--launch", "--keep-running"],
+        ["demo"],
+    ]
+
+    def setUp(self):
+        super().setUp()
+        self.programs_before = self.programs()
+
+    def test_at_any_moment_of_any_command(self):
+        generator = random.Random(20240229)
+        interrupted = 0
+        for command in self.COMMANDS:
+            begin = time.monotonic()
+            self.run_finder_sim(*command, display=False)
+            duration = time.monotonic() - begin
+            self.addCleanup(end_containing_application, application_bundle())
+            end_containing_application(application_bundle())
+            for _ in range(self.INTERRUPTIONS):
+                number = generator.choice(INTERRUPTS)
+                process = self.start_finder_sim(*command, display=generator.random() < 0.5)
+                # A moment of the command, which the rest of the test does not depend on.
+                time.sleep(generator.uniform(0, duration))
+                process.send_signal(number)
+                status = process.wait(TIME_LIMIT)
+                with self.subTest(command=command, signal=number.name, status=status):
+                    self.assertIn(status, (0, -number, 128 + number))
+                    if status != 0:
+                        interrupted += 1
+                        self.assert_nothing_is_left()
+                    end_containing_application(application_bundle())
+        self.assertGreater(interrupted, 0)
+
+    def test_a_launched_application_ends_with_an_interrupted_demonstration(self):
+        demonstration = self.start_finder_sim("demo")
         until(self.containing_applications, "an application was launched")
         demonstration.send_signal(signal.SIGINT)
         self.assertEqual(demonstration.wait(TIME_LIMIT), 128 + signal.SIGINT)
-        until(lambda: sorted(Run.processes()) == before, "all processes ended")
-        self.assertEqual(list(Run.folder().glob("finder-sim-demo.*")), [])
+        self.assert_nothing_is_left()
+
+    def test_while_nobody_reads_the_output(self):
+        reader, writer = os.pipe()
+        self.addCleanup(os.close, reader)
+        os.set_blocking(writer, False)
+        with contextlib.suppress(BlockingIOError):
+            while os.write(writer, bytes(4096)):
+                pass
+        os.set_blocking(writer, True)
+        demonstration = self.start_finder_sim("demo", stdout=writer)
+        os.close(writer)
+        until(lambda: "QuorvaFinderExten" in "".join(self.programs().values()), "it started")
+        demonstration.send_signal(signal.SIGTERM)
+        self.assertEqual(demonstration.wait(TIME_LIMIT), 128 + signal.SIGTERM)
+        self.assert_nothing_is_left()
+
+    def test_while_the_extension_does_not_respond(self):
+        started = Run.new_folder() / "started"
+        for lines in (["os.kill(os.getpid(), signal.SIGSTOP)"],
+                      ["[signal.signal(number, signal.SIG_IGN) for number in (1, 2, 3, 15)]",
+                       "pathlib.Path(%r).touch()" % str(started), "while True: time.sleep(1000)"]):
+            with self.subTest(lines=lines):
+                self.use_extension("import os, pathlib, signal, time",
+                                   "pathlib.Path(%r).touch()" % str(started), *lines)
+                process = self.start_finder_sim("demo")
+                until(started.exists, "the extension started")
+                process.send_signal(signal.SIGINT)
+                self.assertEqual(process.wait(TIME_LIMIT), 128 + signal.SIGINT)
+                self.assert_nothing_is_left()
+                started.unlink()
+
+    def test_an_extension_that_does_not_end_with_its_input_is_ended(self):
+        self.use_extension("import signal, time", "signal.signal(signal.SIGTERM, signal.SIG_IGN)",
+                           "input()", """print('{"id":1,"menu":null}', flush=True)""",
+                           "while True: time.sleep(1000)")
+        self.finder_sim("menu")
+        self.assert_nothing_is_left()
+
+    def test_a_signal_that_its_parent_has_it_ignore_is_ignored(self):
+        process = subprocess.Popen(
+            [self.finder_sim_program, "demo"], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+            env=program_environment(self.home),
+            preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        until(self.containing_applications, "an application was launched")
+        process.send_signal(signal.SIGHUP)
+        self.assertEqual(process.wait(TIME_LIMIT), 0)
 
 
 if __name__ == "__main__":
