@@ -10,28 +10,36 @@
 #include <thread>
 
 #include "Simulator/Escaping.hpp"
-#include "Simulator/FileDescriptor.hpp"
 #include "Simulator/FinderCommand/Terminal.hpp"
 
 namespace simulator {
 namespace {
 
+using nlohmann::json;
 using nlohmann::ordered_json;
 using std::filesystem::path;
 
 /// Where records go when the home folder has no room for a queue.
-constexpr const char* fallbackQueue = "/tmp/quorva-action-queue";
+const path fallbackQueue = "/tmp/quorva-action-queue";
 
-/// The records in `queue` by name, each as a JSON value, or as a string where it is none.
-std::map<std::string, nlohmann::json> records(const path& queue) {
-    std::map<std::string, nlohmann::json> records;
+ordered_json finderState(const Options& options) {
+    ordered_json state = {{"selectedPaths", options.selectedPaths}, {"targetedPath", nullptr}};
+    if (!options.targetedPath.empty()) {
+        state["targetedPath"] = options.targetedPath;
+    }
+    return state;
+}
+
+/// The records in `queue` by name.
+std::map<std::string, json> records(const path& queue) {
+    std::map<std::string, json> records;
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(queue, error)) {
         std::ifstream stream(entry.path(), std::ios::binary);
         if (entry.path().extension() == ".json" && entry.is_regular_file(error) && stream) {
             const std::string text(std::istreambuf_iterator<char>(stream), {});
-            const auto record = nlohmann::json::parse(text, nullptr, false);
-            records[entry.path().filename()] = record.is_discarded() ? nlohmann::json(text) : record;
+            const json record = json::parse(text, nullptr, false);
+            records[entry.path().filename()] = record.is_discarded() ? json(text) : record;
         }
     }
     return records;
@@ -51,64 +59,65 @@ std::string line(const std::string& name, const std::string& text) {
     return "  " + styled(name + std::string(14 - name.size(), ' '), Style::heading) + text + "\n";
 }
 
-std::string indented(std::string text) {
-    for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 17) {
-        text.insert(at + 1, 16, ' ');
-    }
-    return text;
-}
-
 }  // namespace
 
 path quorvaFolder() {
     return path(std::getenv("HOME")) / "Library/Application Support/Quorva";
 }
 
-ordered_json click(ExtensionProcess& extension, const MenuEntry& entry, ordered_json request,
-                   bool launches) {
+ordered_json requestMenu(ExtensionProcess& extension, const Options& options) {
+    ordered_json request = finderState(options);
+    const std::string kind = options.selectedPaths.empty() ? "container" : "items";
+    request["kind"] = options.kind.empty() ? kind : options.kind;
+    return extension.ask("menu", request);
+}
+
+ordered_json click(ExtensionProcess& extension, const MenuEntry& entry, const Options& options) {
     const path queue = quorvaFolder() / "ActionQueue";
-    if (launches) {
+    if (options.launches) {
         // There to be locked, so that the record can be shown before it is performed.
         std::error_code error;
         std::filesystem::create_directories(queue, error);
     }
+    ordered_json request = finderState(options);
     request["indexPath"] = entry.indexPath;
+    request["delivery"] = options.delivery.empty() ? "intact" : options.delivery;
+
+    FileDescriptor lock = lockQueue(queue);
     const std::size_t performedBefore = performedLines().size();
-    ordered_json result;
-    std::set<std::string> expectedLines;
-    {
-        const FileDescriptor lock = lockQueue(queue);
-        const auto queued = records(queue);
-        const auto queuedElsewhere = records(fallbackQueue);
-        result = extension.ask(std::move(request));
-        result["titles"] = entry.titles;
-        result["performed"] = ordered_json::array();
-        result["records"] = ordered_json::object();
-        for (const auto& [name, record] : records(queue)) {
-            if (!queued.contains(name)) {
-                result["records"][name] = record;
-                expectedLines.insert(record.dump());
-            }
-        }
-        for (const auto& [name, record] : records(fallbackQueue)) {
-            if (expectedLines.empty() && !queuedElsewhere.contains(name)) {
-                result["records"][path(fallbackQueue) / name] = record;
-            }
+    const auto queued = records(queue);
+    const auto queuedElsewhere = records(fallbackQueue);
+    ordered_json result = extension.ask("click", request);
+    result["titles"] = entry.titles;
+    result["performed"] = ordered_json::array();
+    ordered_json& added = result["records"] = ordered_json::object();
+    std::set<std::string> expected;
+    for (const auto& [name, record] : records(queue)) {
+        if (!queued.contains(name)) {
+            added[name] = record;
+            expected.insert(record.dump(-1, ' ', false, json::error_handler_t::replace));
         }
     }
-    // An application that was not asked for runs already.
-    const bool isOpened = std::ranges::any_of(result.at("events"), [](const ordered_json& event) {
+    for (const auto& [name, record] : records(fallbackQueue)) {
+        if (expected.empty() && !queuedElsewhere.contains(name)) {
+            added[fallbackQueue / name] = record;
+        }
+    }
+    lock = FileDescriptor();
+
+    // An application that the extension does not ask for runs already.
+    const bool isAsked = std::ranges::any_of(result.at("events"), [](const ordered_json& event) {
         return event.at("event") == "openApplication";
     });
-    for (int wait = 0; wait < 200 && (launches || !isOpened) && !expectedLines.empty(); ++wait) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while ((options.launches || !isAsked) && !expected.empty() &&
+           std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
         const std::vector<std::string> lines = performedLines();
         for (std::size_t index = performedBefore; index < lines.size(); ++index) {
-            if (expectedLines.erase(lines[index]) == 1) {
+            if (expected.erase(lines[index]) == 1) {
                 result["performed"].push_back(ordered_json::parse(lines[index]));
             }
-        }
-        if (!expectedLines.empty()) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
         }
     }
     return result;
@@ -117,7 +126,12 @@ ordered_json click(ExtensionProcess& extension, const MenuEntry& entry, ordered_
 std::string clickText(const ordered_json& result) {
     std::string text = line("Clicked", styled(breadcrumbs(result["titles"]), Style::bold));
     for (const auto& [name, record] : result["records"].items()) {
-        text += line("Record", styled(escaped(name), Style::dim) + indented("\n" + jsonText(record)));
+        text += line("Record", styled(escaped(name), Style::dim));
+        std::string indented = "\n" + jsonText(record);
+        for (std::size_t at = 0; (at = indented.find('\n', at)) != std::string::npos; at += 17) {
+            indented.insert(at + 1, 16, ' ');
+        }
+        text += indented.substr(1) + "\n";
     }
     if (result["records"].empty()) {
         text += line("Record", styled("none reached the queue", Style::bad));
@@ -125,14 +139,15 @@ std::string clickText(const ordered_json& result) {
     for (const ordered_json& event : result.at("events")) {
         if (event.at("event") == "notification") {
             const ordered_json& userInfo = event.at("userInfo");
-            text += line("Notification", escaped(event.at("name").get<std::string>()) +
-                                             (userInfo.is_null() ? "" : " " + jsonText(userInfo)));
+            text +=
+                line("Notification", escaped(event.at("name").get<std::string>()) +
+                                         (userInfo.is_null() ? "" : " " + jsonText(userInfo, -1)));
         } else {
-            text += line("Launch", escaped(event.at("path").get<std::string>()) +
-                                       styled(event.at("activates").get<bool>()
-                                                  ? "  (to the front)"
-                                                  : "  (in the background)",
-                                              Style::dim));
+            const bool activates = event.at("activates");
+            text += line(
+                "Launch",
+                escaped(event.at("path").get<std::string>()) +
+                    styled(activates ? "  (to the front)" : "  (in the background)", Style::dim));
         }
     }
     if (!result["performed"].empty()) {

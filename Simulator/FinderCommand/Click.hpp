@@ -6,21 +6,24 @@
 
 #include "Simulator/FinderCommand/ExtensionProcess.hpp"
 #include "Simulator/FinderCommand/MenuEntry.hpp"
+#include "Simulator/FinderCommand/Options.hpp"
 
 namespace simulator {
 
 /// The "Quorva" folder of Application Support below the home folder that `HOME` names.
 std::filesystem::path quorvaFolder();
 
+/// The extension's response to the request for the menu that `options` describe.
+nlohmann::ordered_json requestMenu(ExtensionProcess& extension, const Options& options);
+
 /// Clicks `entry` of the menu that `extension` was last asked for and watches what comes of it.
 ///
-/// `request` holds what a click needs besides: "delivery", "selectedPaths", "targetedPath". The
-/// result is the extension's response with three more members: "titles"; "records", the new records
-/// of the queue (or else of the folder that stands in for it) by file name, each as a JSON value or,
-/// where it is none, as a string; and "performed", what a containing application that runs, or is
-/// really launched when `launches`, wrote down about them.
+/// The result is the extension's response with three more members: "titles"; "records", the new
+/// records of the queue (or else of the folder that stands in for it) by file name, each as a JSON
+/// value or, where it is none, as a string; and "performed", what a containing application that
+/// runs, or is launched as `options` say, wrote down about them.
 nlohmann::ordered_json click(ExtensionProcess& extension, const MenuEntry& entry,
-                             nlohmann::ordered_json request, bool launches);
+                             const Options& options);
 
 /// The result of `click` for people.
 std::string clickText(const nlohmann::ordered_json& result);

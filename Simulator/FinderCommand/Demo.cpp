@@ -6,13 +6,10 @@
 #include <fstream>
 #include <iterator>
 #include <regex>
-#include <string_view>
+#include <stdexcept>
 
 #include "Simulator/Escaping.hpp"
 #include "Simulator/FinderCommand/Click.hpp"
-#include "Simulator/FinderCommand/CommandError.hpp"
-#include "Simulator/FinderCommand/ExtensionProcess.hpp"
-#include "Simulator/FinderCommand/MenuEntry.hpp"
 #include "Simulator/FinderCommand/Terminal.hpp"
 
 namespace simulator {
@@ -21,6 +18,18 @@ namespace {
 using nlohmann::ordered_json;
 using nlohmann::literals::operator""_json_pointer;
 using std::filesystem::path;
+
+/// What is clicked, the beginning of its action identifier, and how it is delivered.
+constexpr auto demoClicks = std::to_array<std::array<const char*, 3>>({
+    {"a command of the catalogue", "copyFullPath", "intact"},
+    {"a folder to copy to", "copyFilesToFolder", "finder"},
+    {"a folder to move to", "moveFilesToFolder", "finder"},
+    {"a quick-open location", "quickOpenPath", "finder"},
+    {"an application to open with", "openWithApplicationPath", "intact"},
+    {"a view preset", "finderViewPreset__", "finder"},
+    {"a custom shortcut", "runShortcut__", "intact"},
+    {"a custom script", "runScript__", "finder"},
+});
 
 /// Makes `layout` the one of the settings. Returns false when they name none.
 bool setLayout(const std::string& layout) {
@@ -36,27 +45,33 @@ bool setLayout(const std::string& layout) {
     return true;
 }
 
-struct DemoClick {
-    std::string_view what;
-    /// The beginning of the action identifier.
-    std::string_view actionID;
-    std::string_view delivery;
-};
-
-constexpr auto demoClicks = std::to_array<DemoClick>({
-    {"a command of the catalogue", "copyFullPath", "intact"},
-    {"a folder to copy to", "copyFilesToFolder", "finder"},
-    {"a folder to move to", "moveFilesToFolder", "finder"},
-    {"a quick-open location", "quickOpenPath", "finder"},
-    {"an application to open with", "openWithApplicationPath", "intact"},
-    {"a view preset", "finderViewPreset__", "finder"},
-    {"a custom shortcut", "runShortcut__", "intact"},
-    {"a custom script", "runScript__", "finder"},
-});
+/// Copies the home folder into `folder`, and makes the copy the home folder of this process.
+Options prepareHome(Options options, const path& folder) {
+    const path home = folder / "ada";
+    const path buildFolder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    const path original = options.home.empty() ? buildFolder / "Samples/Home" : path(options.home);
+    std::error_code error;
+    std::filesystem::copy(original, home, std::filesystem::copy_options::recursive, error);
+    if (error) {
+        throw std::runtime_error("the home " + original.string() +
+                                 " can't be copied: " + error.message());
+    }
+    setenv("HOME", home.c_str(), 1);
+    setenv("SIMULATOR_LAUNCH", "1", 1);
+    setenv("SIMULATOR_ACCOUNT_NAME", "ada", 0);
+    setenv("SIMULATOR_ACCOUNT_HOME", "/Users/ada", 0);
+    options.launches = true;
+    if (options.selectedPaths.empty() && options.targetedPath.empty()) {
+        const path reports = home / "Documents/Reports";
+        options.targetedPath = reports;
+        options.selectedPaths = {reports / "季度报告.txt", reports / "Budget 2026.csv"};
+    }
+    return options;
+}
 
 class Demo {
  public:
-    explicit Demo(const Options& options) : options_(options), extension_(options.isVerbose) {}
+    explicit Demo(Options options) : options_(std::move(options)), extension_(options_.isVerbose) {}
 
     void run() {
         say(styled("A menu", Style::heading) + "\n");
@@ -66,23 +81,17 @@ class Demo {
         for (const std::string& selected : options_.selectedPaths) {
             say("  selected  " + escaped(selected) + "\n");
         }
-        ordered_json menu;
-        for (const std::string layout : {"collapsed", "expanded"}) {
-            const bool isSet = setLayout(layout);
-            menu = showMenu(isSet ? layout : "its own");
-            if (!isSet) {
-                break;
-            }
+        ordered_json menu = setLayout("collapsed") ? showMenu("collapsed") : showMenu("its own");
+        if (setLayout("expanded")) {
+            menu = showMenu("expanded");
         }
         const std::vector<MenuEntry> entries = menuEntries(menu);
-        for (const DemoClick& demoClick : demoClicks) {
-            clickOn(entries, demoClick);
+        for (const auto& [what, actionID, delivery] : demoClicks) {
+            clickOn(entries, what, actionID, delivery);
         }
         say("\n" + styled("What Quorva wrote down in Performed.jsonl", Style::heading) + "\n");
         for (const ordered_json& result : report_["clicks"]) {
-            for (const ordered_json& line : result["performed"]) {
-                say("  " + escaped(line.dump()) + "\n");
-            }
+            say("  " + jsonText(result["performed"][0], -1) + "\n");
         }
         if (options_.printsJSON) {
             print(jsonText(report_) + "\n");
@@ -97,38 +106,39 @@ class Demo {
     }
 
     ordered_json showMenu(const std::string& layout) {
-        ordered_json menu = extension_.ask(menuRequest(options_)).at("menu");
+        const ordered_json menu = requestMenu(extension_, options_).at("menu");
         say("\n" + styled("Layout: " + layout, Style::heading) + "\n" + menuTree(menu));
         report_["menus"].push_back({{"layout", layout}, {"menu", menu}});
         return menu;
     }
 
-    void clickOn(const std::vector<MenuEntry>& entries, const DemoClick& demoClick) {
-        const std::string delivery =
-            options_.delivery.empty() ? std::string(demoClick.delivery) : options_.delivery;
-        say("\n" + styled("A click on " + std::string(demoClick.what), Style::heading) +
-            styled(delivery == "finder" ? ", the item rebuilt as Finder does it"
-                                        : ", the very item of the menu",
+    void clickOn(const std::vector<MenuEntry>& entries, const std::string& what,
+                 const std::string& actionID, const std::string& delivery) {
+        Options options = options_;
+        options.delivery = options.delivery.empty() ? delivery : options.delivery;
+        say("\n" + styled("A click on " + what, Style::heading) +
+            styled(options.delivery == "finder" ? ", the item rebuilt as Finder does it"
+                                                : ", the very item of the menu",
                    Style::dim) +
             "\n");
-        const auto isMeant = [&](const MenuEntry& entry) {
-            return entry.isClickable &&
-                   entry.item->value("/representedObject/actionID"_json_pointer, "")
-                       .starts_with(demoClick.actionID);
-        };
         // Of several the last: behind the built-in ones come the user's own.
-        const auto found = std::ranges::find_if(entries.rbegin(), entries.rend(), isMeant);
+        const auto found =
+            std::find_if(entries.rbegin(), entries.rend(), [&](const MenuEntry& entry) {
+                return entry.isClickable &&
+                       entry.item->value("/representedObject/actionID"_json_pointer, "")
+                           .starts_with(actionID);
+            });
         if (found == entries.rend()) {
             say(styled("  There is none in this menu.", Style::dim) + "\n");
             return;
         }
-        const ordered_json result =
-            click(extension_, *found, clickRequest(options_, delivery), true);
+        const ordered_json result = click(extension_, *found, options);
         say(clickText(result));
-        report_["clicks"].push_back(result);
         if (result["records"].size() != 1 || result["performed"].size() != 1) {
-            throw CommandError("the click on " + breadcrumbs(found->titles) + " was not performed");
+            throw std::runtime_error("the click on " + breadcrumbs(found->titles) +
+                                     " was not performed");
         }
+        report_["clicks"].push_back(result);
     }
 
     Options options_;
@@ -139,26 +149,7 @@ class Demo {
 }  // namespace
 
 void runDemo(const Options& options, const path& folder) {
-    const path home = folder / "ada";
-    const path buildFolder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-    const path original = options.home.empty() ? buildFolder / "Samples/Home" : path(options.home);
-    std::error_code error;
-    std::filesystem::copy(original, home, std::filesystem::copy_options::recursive, error);
-    if (error) {
-        throw CommandError("the home " + original.string() +
-                           " can't be copied: " + error.message());
-    }
-    setenv("HOME", home.c_str(), 1);
-    setenv("SIMULATOR_LAUNCH", "1", 1);
-    setenv("SIMULATOR_ACCOUNT_NAME", "ada", 0);
-    setenv("SIMULATOR_ACCOUNT_HOME", "/Users/ada", 0);
-    Options shown = options;
-    if (options.selectedPaths.empty() && options.targetedPath.empty()) {
-        const path reports = home / "Documents/Reports";
-        shown.targetedPath = reports;
-        shown.selectedPaths = {reports / "季度报告.txt", reports / "Budget 2026.csv"};
-    }
-    Demo(shown).run();
+    Demo(prepareHome(options, folder)).run();
 }
 
 }  // namespace simulator

@@ -1,86 +1,73 @@
 #include "Simulator/FinderCommand/ExtensionProcess.hpp"
 
 #include <poll.h>
-#include <spawn.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
+#include <stdexcept>
+#include <system_error>
 #include <utility>
 
 #include "Simulator/Escaping.hpp"
-#include "Simulator/FinderCommand/CommandError.hpp"
 
 namespace simulator {
 namespace {
 
 using nlohmann::ordered_json;
 
-/// How deep a response may be nested: it is written recursively.
+/// How deep a response may be nested: it is read and written recursively.
 constexpr int depthLimit = 512;
 
-/// What `file` holds from `start` on.
-std::string contents(const FileDescriptor& file, off_t start) {
-    std::string text(
-        static_cast<std::size_t>(std::max<off_t>(lseek(file.number(), 0, SEEK_END) - start, 0)),
-        '\0');
-    const ssize_t count = pread(file.number(), text.data(), text.size(), start);
-    text.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    return text;
+void require(bool succeeded) {
+    if (!succeeded) {
+        throw std::system_error(errno, std::generic_category(), "the extension was not started");
+    }
+}
+
+std::string contents(const FileDescriptor& file) {
+    std::string text(static_cast<std::size_t>(lseek(file.number(), 0, SEEK_END)), '\0');
+    const ssize_t count = pread(file.number(), text.data(), text.size(), 0);
+    return text.substr(0, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
 }
 
 }  // namespace
 
 ExtensionProcess::ExtensionProcess(bool isVerbose)
     : isVerbose_(isVerbose), errors_(memfd_create("standard error", MFD_CLOEXEC)) {
-    const std::string executable =
-        std::filesystem::read_symlink("/proc/self/exe").parent_path() /
-        "Quorva.app/Contents/PlugIns/QuorvaFinderExtension.appex/Contents/MacOS/"
-        "QuorvaFinderExtension";
-    std::array<int, 2> ends = {-1, -1};
-    int error = 0;
-    if (errors_.number() < 0 ||
-        socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
-        error = errno;
-    }
+    const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe");
+    const std::string executable = folder.parent_path() /
+                                   "Quorva.app/Contents/PlugIns/QuorvaFinderExtension.appex/"
+                                   "Contents/MacOS/QuorvaFinderExtension";
+    std::array<int, 2> ends{};
+    require(errors_.number() >= 0 &&
+            socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0);
     socket_ = FileDescriptor(ends[0]);
     const FileDescriptor other(ends[1]);
-
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_adddup2(&files, other.number(), STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&files, other.number(), STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&files, errors_.number(), STDERR_FILENO);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t none;
-    sigemptyset(&none);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
-    std::string name = "QuorvaFinderExtension";
-    std::array<char*, 2> arguments = {name.data(), nullptr};
-    if (error == 0) {
-        error = posix_spawn(&process_, executable.c_str(), &files, &attributes, arguments.data(),
-                            environ);
-    }
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&files);
-    if (error != 0) {
-        throw CommandError("the extension could not be started from " + executable + ": " +
-                           std::strerror(error));
+    process_ = fork();
+    require(process_ >= 0);
+    if (process_ == 0) {
+        sigset_t none;
+        sigemptyset(&none);
+        sigprocmask(SIG_SETMASK, &none, nullptr);
+        dup2(other.number(), STDIN_FILENO);
+        dup2(other.number(), STDOUT_FILENO);
+        dup2(errors_.number(), STDERR_FILENO);
+        execl(executable.c_str(), "QuorvaFinderExtension", nullptr);
+        std::perror(executable.c_str());
+        _exit(127);
     }
 }
 
-ordered_json ExtensionProcess::ask(ordered_json request) {
+ordered_json ExtensionProcess::ask(const std::string& name, ordered_json request) {
     request["id"] = ++lastID_;
+    request["request"] = name;
     const std::string line = request.dump() + "\n";
     if (send(socket_.number(), line.data(), line.size(), MSG_NOSIGNAL) < 0) {
         failEnded();
@@ -102,14 +89,14 @@ ordered_json ExtensionProcess::ask(ordered_json request) {
     const ordered_json response = ordered_json::parse(
         received_.substr(0, length), [](int depth, ordered_json::parse_event_t, ordered_json&) {
             return depth <= depthLimit ? true
-                                       : throw CommandError("the response is nested too deeply");
+                                       : throw std::runtime_error("the response is too deep");
         });
     received_.erase(0, length + 1);
     if (response.at("id") != lastID_) {
-        throw CommandError("the extension responded to another request");
+        throw std::runtime_error("the extension responded to another request");
     }
     if (response.contains("error")) {
-        throw CommandError("the extension reports: " + response["error"].get<std::string>());
+        throw std::runtime_error("the extension reports: " + response["error"].get<std::string>());
     }
     return response;
 }
@@ -132,24 +119,22 @@ int ExtensionProcess::end() {
 
 void ExtensionProcess::failEnded() {
     const int status = end();
-    std::string message = "the extension ended";
-    message += WIFSIGNALED(status) ? " by signal " + std::to_string(WTERMSIG(status))
-                                   : " with status " + std::to_string(WEXITSTATUS(status));
-    const std::string errors = contents(errors_, 0);
-    if (!errors.empty() && !isVerbose_) {
-        message += "; its last words:\n" +
-                   errors.substr(errors.size() - std::min<std::size_t>(errors.size(), 2048));
-    }
-    throw CommandError(message);
+    const std::string errors = isVerbose_ ? "" : contents(errors_);
+    throw std::runtime_error(
+        "the extension ended " +
+        (WIFSIGNALED(status) ? "by signal " + std::to_string(WTERMSIG(status))
+                             : "with status " + std::to_string(WEXITSTATUS(status))) +
+        (errors.empty() ? "" : "; its last words:\n") +
+        errors.substr(errors.size() - std::min<std::size_t>(errors.size(), 2048)));
 }
 
 /// Shows the lines that have come to standard error since, and at the end what is left of one.
 void ExtensionProcess::showErrors() {
     if (isVerbose_) {
-        std::string text = contents(errors_, shownErrors_);
-        text.resize(process_ > 0 ? text.rfind('\n') + 1 : text.size());
-        shownErrors_ += static_cast<off_t>(text.size());
-        std::fputs(escaped(text, u'\n').c_str(), stderr);
+        const std::string text = contents(errors_).substr(shownErrors_);
+        const std::size_t length = process_ > 0 ? text.rfind('\n') + 1 : text.size();
+        shownErrors_ += length;
+        std::fputs(escaped(text.substr(0, length), u'\n').c_str(), stderr);
     }
 }
 

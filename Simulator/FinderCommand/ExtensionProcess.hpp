@@ -14,15 +14,15 @@ namespace simulator {
 class ExtensionProcess {
  public:
     /// The extension gets this process's environment. What it says on standard error is shown when
-    /// `isVerbose`, and otherwise only should it end. Throws CommandError.
+    /// `isVerbose`, and otherwise only should it end. Throws when it can't be started.
     explicit ExtensionProcess(bool isVerbose);
     ExtensionProcess(const ExtensionProcess&) = delete;
     ExtensionProcess& operator=(const ExtensionProcess&) = delete;
     ~ExtensionProcess() { end(); }
 
-    /// The response to `request`, whose "id" is added here. Throws CommandError when the extension
+    /// The response to the request `name` with the members of `request`. Throws when the extension
     /// reports an error or has ended, and the library's exception when the line is not a response.
-    nlohmann::ordered_json ask(nlohmann::ordered_json request);
+    nlohmann::ordered_json ask(const std::string& name, nlohmann::ordered_json request = {});
 
  private:
     [[noreturn]] void failEnded();
@@ -35,7 +35,7 @@ class ExtensionProcess {
     FileDescriptor socket_;
     /// A file in memory that is the extension's standard error.
     FileDescriptor errors_;
-    off_t shownErrors_ = 0;
+    std::size_t shownErrors_ = 0;
     std::string received_;
     int lastID_ = 0;
 };

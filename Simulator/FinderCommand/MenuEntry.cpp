@@ -1,9 +1,9 @@
 #include "Simulator/FinderCommand/MenuEntry.hpp"
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "Simulator/Escaping.hpp"
-#include "Simulator/FinderCommand/CommandError.hpp"
 #include "Simulator/FinderCommand/Terminal.hpp"
 
 namespace simulator {
@@ -85,12 +85,12 @@ const MenuEntry& entryNamed(const std::vector<MenuEntry>& entries,
     if (clickable.size() == 1) {
         return *clickable.front();
     }
-    throw CommandError((!isNamed            ? "there is no entry "
-                        : clickable.empty() ? "nothing can be clicked at "
-                                            : "there are several entries ") +
-                       breadcrumbs(titles) +
-                       (list.empty() ? "\nThere is nothing to click."
-                                     : "\nThere is to click:" + list));
+    throw std::runtime_error(
+        (!isNamed            ? "there is no entry "
+         : clickable.empty() ? "nothing can be clicked at "
+                             : "there are several entries ") +
+        breadcrumbs(titles) +
+        (list.empty() ? "\nThere is nothing to click." : "\nThere is to click:" + list));
 }
 
 std::string menuTree(const ordered_json& menu) {

@@ -26,8 +26,7 @@ std::vector<MenuEntry> menuEntries(const nlohmann::ordered_json& menu);
 std::string breadcrumbs(const std::vector<std::string>& titles);
 
 /// The entry that `titles` names: all the titles on the way to it, or so many of its last ones that
-/// no other clickable entry is meant. Throws CommandError, with what there is to click, when there
-/// is none.
+/// no other clickable entry is meant. Throws, with what there is to click, when there is none.
 const MenuEntry& entryNamed(const std::vector<MenuEntry>& entries,
                             const std::vector<std::string>& titles);
 

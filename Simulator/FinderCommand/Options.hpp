@@ -1,6 +1,5 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -21,27 +20,5 @@ struct Options {
     bool isVerbose = false;
     std::vector<std::string> titles;
 };
-
-/// `request` with what Finder has selected and shows.
-inline nlohmann::ordered_json withFinderState(nlohmann::ordered_json request,
-                                              const Options& options) {
-    request["selectedPaths"] = options.selectedPaths;
-    request["targetedPath"] = nullptr;
-    if (!options.targetedPath.empty()) {
-        request["targetedPath"] = options.targetedPath;
-    }
-    return request;
-}
-
-inline nlohmann::ordered_json menuRequest(const Options& options) {
-    const std::string kind = options.selectedPaths.empty() ? "container" : "items";
-    return withFinderState(
-        {{"request", "menu"}, {"kind", options.kind.empty() ? kind : options.kind}}, options);
-}
-
-/// The request for a click, but for "indexPath".
-inline nlohmann::ordered_json clickRequest(const Options& options, const std::string& delivery) {
-    return withFinderState({{"request", "click"}, {"delivery", delivery}}, options);
-}
 
 }  // namespace simulator

@@ -10,13 +10,12 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <initializer_list>
 #include <map>
 #include <string>
+#include <system_error>
 #include <utility>
 
-#include "Simulator/FinderCommand/CommandError.hpp"
 #include "Simulator/Processes.hpp"
 
 namespace simulator {
@@ -85,8 +84,7 @@ int supervise(const std::function<int(const path& folder)>& work, const Supervis
     if (supervision.givesFolder) {
         folder = std::filesystem::temp_directory_path() / "finder-sim.XXXXXX";
         if (mkdtemp(folder.data()) == nullptr) {
-            throw CommandError("no temporary folder could be made: " +
-                               std::string(std::strerror(errno)));
+            throw std::system_error(errno, std::generic_category(), "no temporary folder");
         }
     }
 

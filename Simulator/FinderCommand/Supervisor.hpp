@@ -16,8 +16,8 @@ struct Supervision {
 /// or for a signal that asks to end. Then it ends whatever the work has started, the notification
 /// daemon aside, and removes the folder that `work` gets (empty without one).
 ///
-/// Returns the status that `work` returns, or 128 and the number of the signal. Throws
-/// CommandError when the work can't begin.
+/// Returns the status that `work` returns, or 128 and the number of the signal. Throws when the
+/// work can't begin.
 int supervise(const std::function<int(const std::filesystem::path& folder)>& work,
               const Supervision& supervision);
 

@@ -6,13 +6,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "Simulator/Escaping.hpp"
 #include "Simulator/FinderCommand/Click.hpp"
-#include "Simulator/FinderCommand/CommandError.hpp"
 #include "Simulator/FinderCommand/Demo.hpp"
 #include "Simulator/FinderCommand/ExtensionProcess.hpp"
 #include "Simulator/FinderCommand/MenuEntry.hpp"
@@ -24,7 +25,6 @@
 namespace {
 
 using nlohmann::ordered_json;
-using simulator::CommandError;
 using simulator::ExtensionProcess;
 using simulator::Options;
 using std::filesystem::path;
@@ -63,61 +63,44 @@ CLI::Validator absolutePath() {
             ""};
 }
 
-CLI::Validator oneOf(const std::vector<std::string>& values) {
-    return CLI::IsMember(values).description("");
-}
-
-void addCommonOptions(CLI::App& command, Options& options) {
-    command
-        .add_option("--home", options.home,
-                    "The home folder of the extension, its container on a Mac. The demonstration "
-                    "works on a copy of it")
-        ->type_name("DIR")
-        ->check(CLI::Validator(CLI::ExistingDirectory).description(""))
-        ->transform(absolutePath());
-    command
-        .add_option("--account-home", options.accountHome,
-                    "The home folder that the user's account has, where it is not the extension's")
-        ->type_name("DIR")
-        ->transform(absolutePath());
+/// The options of the command line, as far as a command takes them.
+void addOptions(CLI::App& command, Options& options, bool hasMenu, bool clicks) {
+    const auto add = [&](const char* name, auto& value, const char* type, const char* text) {
+        return command.add_option(name, value, text)->type_name(type);
+    };
+    const auto addPath = [&](const char* name, auto& value, const char* type, const char* text) {
+        return add(name, value, type, text)->allow_extra_args(false)->transform(absolutePath());
+    };
+    const auto addChoice = [&](const char* name, std::string& value, const char* type,
+                               const std::vector<std::string>& values, const char* text) {
+        add(name, value, type, text)->check(CLI::IsMember(values).description(""));
+    };
+    if (hasMenu) {
+        addPath("--select", options.selectedPaths, "PATH",
+                "An item to select; once for each. Without one nothing is selected");
+        addPath("--target", options.targetedPath, "DIR",
+                "The folder that the Finder window shows. Without it there is none");
+        addChoice("--kind", options.kind, "KIND", {"items", "container", "sidebar", "toolbar"},
+                  "Where the menu is opened: items, container, sidebar or toolbar. Without it "
+                  "items when something is selected, else container");
+        addChoice("--language", options.language, "LANGUAGE", {"en", "zh-Hans", "zh-Hant"},
+                  "The language of the menu: en, zh-Hans (the default) or zh-Hant");
+    }
+    addPath("--home", options.home, "DIR",
+            "The home folder of the extension, its container on a Mac. The demonstration works on "
+            "a copy of it")
+        ->check(CLI::Validator(CLI::ExistingDirectory).description(""));
+    addPath("--account-home", options.accountHome, "DIR",
+            "The home folder that the user's account has, where it is not the extension's");
+    if (clicks) {
+        addChoice("--delivery", options.delivery, "HOW", {"intact", "finder"},
+                  "How a clicked item reaches the extension: intact (the default of click) is the "
+                  "very item of the menu; finder is an item rebuilt of its title, enabled state, "
+                  "tag, state and indentation, as Finder does it");
+    }
     command.add_flag("--json", options.printsJSON, "Print JSON instead of text for people");
     command.add_flag("--verbose", options.isVerbose,
                      "Show what the extension writes on standard error");
-}
-
-void addMenuOptions(CLI::App& command, Options& options) {
-    command
-        .add_option("--select", options.selectedPaths,
-                    "An item to select; once for each. Without one nothing is selected")
-        ->type_name("PATH")
-        ->allow_extra_args(false)
-        ->transform(absolutePath());
-    command
-        .add_option("--target", options.targetedPath,
-                    "The folder that the Finder window shows. Without it there is none")
-        ->type_name("DIR")
-        ->transform(absolutePath());
-    command
-        .add_option("--kind", options.kind,
-                    "Where the menu is opened: items, container, sidebar or toolbar. Without it "
-                    "items when something is selected, else container")
-        ->type_name("KIND")
-        ->check(oneOf({"items", "container", "sidebar", "toolbar"}));
-    command
-        .add_option("--language", options.language,
-                    "The language of the menu: en, zh-Hans (the default) or zh-Hant")
-        ->type_name("LANGUAGE")
-        ->check(oneOf({"en", "zh-Hans", "zh-Hant"}));
-}
-
-void addDelivery(CLI::App& command, Options& options) {
-    command
-        .add_option("--delivery", options.delivery,
-                    "How a clicked item reaches the extension: intact (the default of click) is "
-                    "the very item of the menu; finder is an item rebuilt of its title, enabled "
-                    "state, tag, state and indentation, as Finder does it")
-        ->type_name("HOW")
-        ->check(oneOf({"intact", "finder"}));
 }
 
 /// Gives the extension the environment that the options ask for.
@@ -132,10 +115,10 @@ void prepareEnvironment(const Options& options) {
     setenv("SIMULATOR_LAUNCH", options.launches ? "1" : "0", 1);
     const char* const home = std::getenv("HOME");
     if (home == nullptr || *home != '/') {
-        throw CommandError("HOME names no folder: say --home");
+        throw std::runtime_error("HOME names no folder: say --home");
     }
     if (!simulator::isUTF8(home)) {
-        throw CommandError("the home folder's path is not UTF-8");
+        throw std::runtime_error("the home folder's path is not UTF-8");
     }
 }
 
@@ -145,27 +128,25 @@ void show(const Options& options, const ordered_json& response, const std::strin
 
 void showMenu(const Options& options, const path&) {
     ExtensionProcess extension(options.isVerbose);
-    const ordered_json response = extension.ask(simulator::menuRequest(options));
+    const ordered_json response = simulator::requestMenu(extension, options);
     show(options, response, simulator::menuTree(response.at("menu")));
 }
 
 void clickEntry(const Options& options, const path&) {
     ExtensionProcess extension(options.isVerbose);
-    const ordered_json menu = extension.ask(simulator::menuRequest(options)).at("menu");
+    const ordered_json menu = simulator::requestMenu(extension, options).at("menu");
     const std::vector<simulator::MenuEntry> entries = simulator::menuEntries(menu);
-    const simulator::MenuEntry& entry = simulator::entryNamed(entries, options.titles);
-    const std::string delivery = options.delivery.empty() ? "intact" : options.delivery;
-    const ordered_json result = simulator::click(
-        extension, entry, simulator::clickRequest(options, delivery), options.launches);
+    const ordered_json result =
+        simulator::click(extension, simulator::entryNamed(entries, options.titles), options);
     show(options, result, simulator::clickText(result));
     if (result["records"].empty()) {
-        throw CommandError("no record of the click was written");
+        throw std::runtime_error("no record of the click was written");
     }
 }
 
 void showDirectories(const Options& options, const path&) {
     ExtensionProcess extension(options.isVerbose);
-    const ordered_json response = extension.ask({{"request", "directories"}});
+    const ordered_json response = extension.ask("directories");
     std::string text;
     for (const auto& directory : response.at("directories").get<std::vector<std::string>>()) {
         text += simulator::escaped(directory) + "\n";
@@ -178,18 +159,17 @@ int fail(const std::string& reason) {
     return EXIT_FAILURE;
 }
 
-/// Carries out `command`; its error becomes one on standard error.
-int run(void (*command)(const Options&, const path&), const Options& options, const path& folder) {
+/// Returns the exit status of `work`, whose error becomes one on standard error.
+int exitStatus(const std::function<void()>& work) {
     try {
-        prepareEnvironment(options);
-        command(options, folder);
+        work();
+        return EXIT_SUCCESS;
     } catch (const nlohmann::json::exception& exception) {
         return fail("the extension's response is not as the protocol has it: " +
                     simulator::escaped(exception.what()));
     } catch (const std::exception& exception) {
         return fail(exception.what());
     }
-    return EXIT_SUCCESS;
 }
 
 }  // namespace
@@ -205,26 +185,22 @@ int main(int argumentCount, char** arguments) {
     app.footer(footer);
     app.require_subcommand(1);
     app.get_formatter()->column_width(26);
-    const auto add = [&](const char* name, const char* text, auto* function) {
+    const auto add = [&](const char* name, auto function, bool hasMenu, bool clicks,
+                         const char* text) {
         CLI::App* const subcommand = app.add_subcommand(name, text);
         subcommand->callback([&command, function] { command = function; });
-        addCommonOptions(*subcommand, options);
+        addOptions(*subcommand, options, hasMenu, clicks);
         return subcommand;
     };
-    CLI::App* const menu =
-        add("menu", "Show the menu as a tree; what can't be clicked is marked", showMenu);
-    CLI::App* const click = add(
-        "click", "Click an entry and show the record, the notification and the launch", clickEntry);
-    add("directories", "List the folders that the extension monitors", showDirectories);
-    CLI::App* const demo = add(
-        "demo", "Show both layouts of a menu in a sample home, and a click on every kind of entry",
-        simulator::runDemo);
-    for (CLI::App* const subcommand : {menu, click, demo}) {
-        addMenuOptions(*subcommand, options);
-    }
-    for (CLI::App* const subcommand : {click, demo}) {
-        addDelivery(*subcommand, options);
-    }
+    add("menu", showMenu, true, false, "Show the menu as a tree; what can't be clicked is marked");
+    CLI::App* const click = add("click", clickEntry, true, true,
+                                "Click an entry and show the record, the notification and the "
+                                "launch");
+    add("directories", showDirectories, false, false,
+        "List the folders that the extension monitors");
+    CLI::App* const demo = add("demo", simulator::runDemo, true, true,
+                               "Show both layouts of a menu in a sample home, and a click on every "
+                               "kind of entry");
     click
         ->add_option("titles", options.titles,
                      "The titles on the way to the entry, or its last ones when they say enough")
@@ -242,17 +218,17 @@ int main(int argumentCount, char** arguments) {
     try {
         app.parse(argumentCount, arguments);
         return simulator::supervise(
-            [&](const path& folder) { return run(command, options, folder); },
+            [&](const path& folder) {
+                return exitStatus([&] {
+                    prepareEnvironment(options);
+                    command(options, folder);
+                });
+            },
             {.givesFolder = demo->parsed(), .keepsApplication = options.keepsRunning});
     } catch (const CLI::Success& request) {
         std::ostringstream help;
         app.exit(request, help, help);
-        try {
-            simulator::print(help.str());
-            return EXIT_SUCCESS;
-        } catch (const CommandError& error) {
-            return fail(error.what());
-        }
+        return exitStatus([&] { simulator::print(help.str()); });
     } catch (const CLI::ParseError& error) {
         return fail(simulator::escaped(error.what()) + " (--help says more)");
     } catch (const std::exception& exception) {
