@@ -88,13 +88,13 @@ void ActionQueue::drainLocked(const path& queue) {
     std::vector<Record> records;
     for (const auto& entry : std::filesystem::directory_iterator(queue)) {
         const path& file = entry.path();
-        if (file.extension() != ".json" || performed_.contains(file)) {
+        if (file.extension() != ".json" || leftAlone_.contains(file)) {
             continue;
         }
         try {
             records.push_back(record(file));
         } catch (const std::exception& exception) {
-            complain(file, exception.what());
+            leaveAlone(file, exception.what());
         }
     }
     std::ranges::sort(records, {},
@@ -104,17 +104,15 @@ void ActionQueue::drainLocked(const path& queue) {
         std::error_code error;
         std::filesystem::remove(next.file, error);
         if (error) {
-            performed_.insert(next.file);
-            complain(next.file, "it can't be deleted: " + error.message());
+            leaveAlone(next.file, "it can't be deleted: " + error.message());
         }
     }
 }
 
-void ActionQueue::complain(const path& file, const std::string& reason) {
-    if (complainedOf_.insert(file).second) {
-        std::fprintf(stderr, "Quorva: %s is left where it is: %s\n", escaped(file.native()).c_str(),
-                     escaped(reason).c_str());
-    }
+void ActionQueue::leaveAlone(const path& file, const std::string& reason) {
+    leftAlone_.insert(file);
+    std::fprintf(stderr, "Quorva: %s is left where it is: %s\n", escaped(file.native()).c_str(),
+                 escaped(reason).c_str());
 }
 
 }  // namespace simulator

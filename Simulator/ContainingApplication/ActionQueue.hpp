@@ -23,12 +23,11 @@ class ActionQueue {
 
  private:
     void drainLocked(const std::filesystem::path& queue);
-    void complain(const std::filesystem::path& file, const std::string& reason);
+    void leaveAlone(const std::filesystem::path& file, const std::string& reason);
 
     std::filesystem::path folder_;
-    std::set<std::filesystem::path> complainedOf_;
-    /// Records that are performed but could not be deleted.
-    std::set<std::filesystem::path> performed_;
+    /// What is no record, and records that are performed but could not be deleted.
+    std::set<std::filesystem::path> leftAlone_;
 };
 
 }  // namespace simulator

@@ -66,31 +66,27 @@ std::string breadcrumbs(const std::vector<std::string>& titles) {
 
 const MenuEntry& entryNamed(const std::vector<MenuEntry>& entries,
                             const std::vector<std::string>& titles) {
-    std::vector<const MenuEntry*> clickable;
-    bool isNamed = false;
-    std::string list;
+    std::vector<const MenuEntry*> named;
+    std::string list = "\nThere is to click:";
     for (const MenuEntry& entry : entries) {
-        if (entry.isClickable && entry.titles == titles) {
+        if (!entry.isClickable) {
+            continue;
+        }
+        if (entry.titles == titles) {
             return entry;
         }
-        if (titles.size() <= entry.titles.size() &&
+        list += "\n  " + breadcrumbs(entry.titles);
+        if (titles.size() < entry.titles.size() &&
             std::equal(titles.rbegin(), titles.rend(), entry.titles.rbegin())) {
-            isNamed = true;
-            if (entry.isClickable) {
-                clickable.push_back(&entry);
-            }
+            named.push_back(&entry);
         }
-        list += entry.isClickable ? "\n  " + breadcrumbs(entry.titles) : "";
     }
-    if (clickable.size() == 1) {
-        return *clickable.front();
+    if (named.size() == 1) {
+        return *named.front();
     }
     throw std::runtime_error(
-        (!isNamed            ? "there is no entry "
-         : clickable.empty() ? "nothing can be clicked at "
-                             : "there are several entries ") +
-        breadcrumbs(titles) +
-        (list.empty() ? "\nThere is nothing to click." : "\nThere is to click:" + list));
+        (named.empty() ? "nothing can be clicked at " : "there are several entries ") +
+        breadcrumbs(titles) + list);
 }
 
 std::string menuTree(const ordered_json& menu) {

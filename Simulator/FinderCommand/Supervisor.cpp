@@ -4,16 +4,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <initializer_list>
 #include <map>
+#include <set>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "Simulator/Processes.hpp"
@@ -45,14 +45,13 @@ sigset_t blockSignals() {
 
 /// Ends the children of this process, to which every process falls whose parent has ended, until
 /// there are none but `spared` programs. A child that has ended counts until it is waited for.
-void endChildren(std::initializer_list<path> spared) {
+void endChildren(const std::set<path>& spared) {
     std::map<pid_t, steady_clock::time_point> deadlines;
     for (bool remain = true; std::exchange(remain, false);) {
         while (waitpid(-1, nullptr, WNOHANG) > 0) {
         }
         for (const Process& process : processes()) {
-            if (process.parent != getpid() ||
-                std::ranges::find(spared, process.executable.filename()) != spared.end()) {
+            if (process.parent != getpid() || spared.contains(process.executable.filename())) {
                 continue;
             }
             remain = true;
@@ -65,23 +64,18 @@ void endChildren(std::initializer_list<path> spared) {
                 kill(process.identifier, SIGCONT);
             }
         }
-        if (remain) {
-            sigset_t childEnded;
-            sigemptyset(&childEnded);
-            sigaddset(&childEnded, SIGCHLD);
-            const timespec moment = {0, 50'000'000};
-            sigtimedwait(&childEnded, nullptr, &moment);
-        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(remain ? 10 : 0));
     }
 }
 
 }  // namespace
 
-int supervise(const std::function<int(const path& folder)>& work, const Supervision& supervision) {
+int supervise(const std::function<int(const path& folder)>& work, bool givesFolder,
+              bool keepsApplication) {
     const sigset_t signals = blockSignals();
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     std::string folder;
-    if (supervision.givesFolder) {
+    if (givesFolder) {
         folder = std::filesystem::temp_directory_path() / "finder-sim.XXXXXX";
         if (mkdtemp(folder.data()) == nullptr) {
             throw std::system_error(errno, std::generic_category(), "no temporary folder");
@@ -108,11 +102,8 @@ int supervise(const std::function<int(const path& folder)>& work, const Supervis
             break;
         }
     }
-    if (interruption == 0 && supervision.keepsApplication) {
-        endChildren({"gdnc", "Quorva"});
-    } else {
-        endChildren({"gdnc"});
-    }
+    endChildren(interruption == 0 && keepsApplication ? std::set<path>{"gdnc", "Quorva"}
+                                                      : std::set<path>{"gdnc"});
     std::error_code error;
     std::filesystem::remove_all(folder, error);
     if (interruption == 0 && WIFEXITED(status)) {

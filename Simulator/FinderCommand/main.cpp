@@ -224,7 +224,7 @@ int main(int argumentCount, char** arguments) {
                     command(options, folder);
                 });
             },
-            {.givesFolder = demo->parsed(), .keepsApplication = options.keepsRunning});
+            demo->parsed(), options.keepsRunning);
     } catch (const CLI::Success& request) {
         std::ostringstream help;
         app.exit(request, help, help);

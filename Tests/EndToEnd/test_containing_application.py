@@ -145,6 +145,22 @@ class ContainingApplicationTest(EndToEndTestCase):
         self.wait_until_drained()
         self.assertEqual(self.action_ids(), ["earlier", "one"])
 
+    def test_a_line_that_was_torn_is_closed_before_the_next(self):
+        file = self.home.quorva / "Performed.jsonl"
+        file.write_text('{"actionID": "to')
+        self.queue("1.json", record("one"))
+        self.start()
+        self.wait_until_drained()
+        torn, line = file.read_text().splitlines()
+        self.assertEqual((torn, json.loads(line)["actionID"]), ('{"actionID": "to', "one"))
+
+    def test_a_name_that_a_terminal_would_act_on_is_told_as_text(self):
+        self.queue("\x1b[2J\r.json", b"")
+        self.start()
+        until(lambda: self.standard_error().endswith("\n"), "the file was told")
+        self.assertIn(r"\u001b[2J\u000d.json", self.standard_error())
+        self.assertNotIn("\x1b", self.standard_error())
+
     def test_the_queue_may_come_into_being_later(self):
         self.home.queue.rmdir()
         self.start()
