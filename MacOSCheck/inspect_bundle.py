@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Inspects a built QuorvaFinderExtension.appex and fails with a line for each property that is not as
-the system demands it.
+"""Inspects a built QuorvaFinderExtension.appex and fails with a line for each property that is not
+as the system demands it.
 
 Reads with LLVM's tools and Python's standard library, so it works where there is no Mac.
 """
@@ -25,7 +25,7 @@ SIZE_AIM = 400 * 1024
 
 DYLIBS = {
     "/System/Library/Frameworks/AppKit.framework/Versions/C/AppKit",
-    # Foundation exports it again; the linker names it where a class or a constant string is its own.
+    # Foundation exports it again; the linker names it for its own classes and constant strings.
     "/System/Library/Frameworks/CoreFoundation.framework/Versions/A/CoreFoundation",
     "/System/Library/Frameworks/FinderSync.framework/Versions/A/FinderSync",
     "/System/Library/Frameworks/Foundation.framework/Versions/C/Foundation",

@@ -80,8 +80,8 @@ class TablesTest(unittest.TestCase):
                     self.assertEqual(value.rstrip() if key in PREFIXES else value, value.strip())
 
     def test_titles_are_the_same_in_a_translation_exactly_where_they_are_in_chinese(self):
-        # A clicked item comes back from Finder with its title alone, so two titles that fall together
-        # in one language only would make the click mean something else there.
+        # A clicked item comes back from Finder with its title alone, so two titles that fall
+        # together in one language only would make the click mean something else there.
         titles = {(key,): key for key in localization.source_keys()}
         titles |= {pair: "".join(pair) for pair in itertools.product(PREFIXES, DESTINATIONS)}
         titles |= {(name,): name for name in APPLICATIONS}

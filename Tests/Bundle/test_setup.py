@@ -30,7 +30,8 @@ class SetupTest(unittest.TestCase):
             scripts = dict.fromkeys(programs, "exit 0")
             scripts["uname"] = "echo Darwin"
             if formulae is not None:
-                scripts["brew"] = f'case "$2" in {"|".join(formulae) or "-"}) exit 0 ;; esac; exit 1'
+                known = "|".join(formulae) or "-"
+                scripts["brew"] = f'case "$2" in {known}) exit 0 ;; esac; exit 1'
             for name, script in scripts.items():
                 program = Path(folder) / name
                 program.write_text(f"#!/bin/sh\n{script}\n")

@@ -224,8 +224,8 @@ class AnswersTest(ProtocolTestCase):
         names = ["toolbar", "directories", "fly", "toolbar", "menu", "wait"]
         fields = {"menu": {"kind": "items", "selectedPaths": [], "targetedPath": None},
                   "wait": {"seconds": 0}}
-        requests = [{"id": number, "request": names[number % 6], **fields.get(names[number % 6], {})}
-                    for number in range(24)]
+        requests = [{"id": number, "request": name, **fields.get(name, {})}
+                    for number, name in enumerate(names * 4)]
         extension.send_bytes(b"".join(json.dumps(request).encode() + b"\n" for request in requests))
         for request in requests:
             answer = extension.read_answer()
