@@ -1,45 +1,43 @@
-# A thin front for scripts/ and the CMake presets: `make help` lists it.
-
-PRESET ?= dev
+# A thin front for scripts/ and the CMake presets: `make help` lists it. PRESET=NAME builds another
+# preset than the system's own.
 
 .PHONY: help setup build run test coverage bench format format-check lint macos-check appex clean
 
 help:  ## list the targets
-	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "%-16s%s\n", $$1, $$2 }' $(MAKEFILE_LIST)
+	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "%-14s%s\n", $$1, $$2 }' $(MAKEFILE_LIST)
 
-setup:  ## install what is missing
+setup:  ## install what is missing (on a Mac: say what is)
 	@scripts/setup
 
-build: setup
+build: setup  ## build: on Linux everything, on a Mac the bundle and the unit tests
 	@scripts/build $(PRESET)
 
-run: setup  ## show a menu, clicks and their records in a simulated Finder
-	@scripts/build $(PRESET) finder-sim Quorva QuorvaFinderExtension
-	@build/$(PRESET)/finder-sim demo
+run: setup  ## show a menu, clicks and their records in a simulated Finder (Linux)
+	@scripts/build dev finder-sim Quorva QuorvaFinderExtension
+	@build/dev/finder-sim demo
 
 test: setup  ## build and pass every test
 	@scripts/test
 
-coverage: setup  ## line and branch coverage of the core by the unit tests
+coverage: setup  ## fail unless the unit tests reach every line and branch of the core (Linux)
 	@scripts/coverage
 
-bench: setup  ## run the benchmarks
-	@scripts/build release
+bench: setup  ## run the benchmarks (Linux)
 	@scripts/benchmark
 
-format: setup  ## format the sources
+format: setup  ## format the C++, the Objective-C++ and the Python (Linux)
 	@scripts/format
 
-format-check: setup
+format-check: setup  ## fail when something is not formatted (Linux)
 	@scripts/format --check
 
-lint: setup  ## clang-tidy and shellcheck
+lint: setup  ## check the C++, the Objective-C++, the Python and the scripts (Linux)
 	@scripts/lint
 
-macos-check: setup  ## build and inspect the bundle for the Mac, from Linux
+macos-check: setup  ## build the bundle for the Mac, to inspect it (Linux)
 	@scripts/macos-check
 
-appex: setup  ## build the extension for every Mac, on a Mac
+appex: setup  ## build the bundle for every Mac (Mac)
 	@scripts/appex
 
 clean:  ## remove everything that was built

@@ -1,18 +1,16 @@
-# Builds for macOS on Linux with what scripts/macos-check laid out in MACOS_CHECK_FOLDER: the
-# compiler's wrapper and the tools that stand in for Apple's in bin/, the declarations in SDK/.
+# Builds for macOS on Linux with the compiler and the tools in bin/ that stand in for Apple's, and the
+# declarations that scripts/macos-sdk has laid out.
 
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_PROCESSOR arm64)
 
-set(CMAKE_CXX_COMPILER "${MACOS_CHECK_FOLDER}/bin/clang++")
-set(CMAKE_OBJCXX_COMPILER "${MACOS_CHECK_FOLDER}/bin/clang++")
-set(CMAKE_OSX_SYSROOT "${MACOS_CHECK_FOLDER}/SDK" CACHE PATH "")
+set(CMAKE_CXX_COMPILER "${CMAKE_CURRENT_LIST_DIR}/bin/clang++")
+set(CMAKE_OBJCXX_COMPILER "${CMAKE_CURRENT_LIST_DIR}/bin/clang++")
 # Debian's ar makes no index for universal objects; its libtool does.
 set(CMAKE_CXX_ARCHIVE_CREATE "llvm-libtool-darwin-19 -static -o <TARGET> <OBJECTS>")
 set(CMAKE_CXX_ARCHIVE_FINISH "")
 set(CMAKE_STRIP llvm-strip-19 CACHE FILEPATH "")
 set(CMAKE_INSTALL_NAME_TOOL llvm-install-name-tool-19 CACHE FILEPATH "")
-set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES MACOS_CHECK_FOLDER)
 
 # What clang only warns of by default, or not at all, is an API that is used wrongly or too early.
 set(CMAKE_CXX_FLAGS_INIT "-Wunguarded-availability")

@@ -8,6 +8,7 @@ Reads with LLVM's tools and Python's standard library, so it works where there i
 import argparse
 import plistlib
 import re
+import shlex
 import shutil
 import subprocess
 import sys
@@ -271,13 +272,16 @@ def command_deviations(commands):
     """Whether everything was compiled and linked as safe for an app extension. A linker marks only
     dylibs as such, so the commands are what there is to look at."""
     for command in commands.splitlines():
-        source = re.search(r" -c (\S+)$", command)
-        is_link = re.search(rf" -o \S+/{EXECUTABLE}(\s|$)", command)
-        if (source or is_link) and " -fapplication-extension " not in command:
-            what = f"{source[1]} was compiled" if source else "the executable was linked"
+        words = shlex.split(command)
+        what = None
+        if "-c" in words:
+            what = f"{words[words.index('-c') + 1]} was compiled"
+        elif "-o" in words and Path(words[words.index("-o") + 1]).name == EXECUTABLE:
+            what = "the executable was linked"
+            if "_NSExtensionMain" not in words:
+                yield "entry: the executable was linked without -e _NSExtensionMain"
+        if what and "-fapplication-extension" not in words:
             yield f"application extension: {what} without -fapplication-extension"
-        if is_link and " _NSExtensionMain " not in command:
-            yield "entry: the executable was linked without -e _NSExtensionMain"
 
 
 def bundle_deviations(bundle, version, minimum_system_version, entitlements):

@@ -39,12 +39,9 @@ target_compile_options(
   GNUstep
   INTERFACE "$<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-runtime=gcc;-fobjc-exceptions;-fblocks;-fconstant-string-class=NSConstantString>"
             -fexceptions -fno-strict-aliasing)
-# GNUstep's headers don't hold to our warnings; the simulator's come first, because they include
-# GNUstep's.
-target_include_directories(
-  GNUstep SYSTEM
-  INTERFACE "${PROJECT_SOURCE_DIR}/Simulator/GNUstep/Headers" "${GNUSTEP_INCLUDE_DIR}"
-            "${GNUSTEP_GUI_INCLUDE_DIR}")
+# GNUstep's headers don't hold to our warnings.
+target_include_directories(GNUstep SYSTEM INTERFACE "${GNUSTEP_INCLUDE_DIR}"
+                                                    "${GNUSTEP_GUI_INCLUDE_DIR}")
 # Behind the compiler's own folders: of GCC's headers only those of Objective-C are wanted.
 target_compile_options(
   GNUstep INTERFACE "SHELL:$<$<COMPILE_LANGUAGE:OBJCXX>:-idirafter ${GNUSTEP_OBJC_INCLUDE_DIR}>")

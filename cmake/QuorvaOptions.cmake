@@ -10,7 +10,6 @@ target_compile_options(
   INTERFACE
     -Wall
     -Wextra
-    -Werror
     -Wconversion # a narrowed number is a decision, so it has to be written
     -Wsign-conversion
     -Wshadow # a name means one thing in one place

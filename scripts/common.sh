@@ -3,9 +3,10 @@
 set -eu
 
 caller=$PWD
-script=$(basename -- "$0")
+script=${0##*/}
 # An inherited CDPATH would have `cd` go elsewhere, and print where.
-root=$(CDPATH='' cd -- "$(dirname -- "$0")/.." && pwd)
+scripts=$(CDPATH='' cd -- "$(dirname -- "$0")" && pwd)
+root=${scripts%/*}
 cd -- "$root"
 
 fail() {
@@ -15,22 +16,45 @@ fail() {
 
 # For arguments that the script does not take.
 refuse() {
-    printf '%s: %s; --help says what there is\n' "$script" "$*" >&2
+    printf '%s: %s; --help lists what there is\n' "$script" "$*" >&2
     exit 2
 }
 
 # Prints the comment at the head of the script.
 show_help() {
-    sed -n '2,/^[^#]/s/^# \{0,1\}//p' "scripts/$script"
+    sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$scripts/$script"
     exit 0
 }
 
-# `path` from where the caller stands.
+# For a script whose only argument is --help.
+take_no_arguments() {
+    [ "${1-}" != --help ] || show_help
+    [ $# -eq 0 ] || refuse "unknown argument $1"
+}
+
+check_preset() {
+    case $(cmake --list-presets=build) in
+        *"  \"$1\""*) ;;
+        *) refuse "there is no preset $1" ;;
+    esac
+}
+
+# The absolute form of a path that the caller gave.
 callers_path() {
     case $1 in
         /*) printf '%s\n' "$1" ;;
         *) printf '%s\n' "$caller/$1" ;;
     esac
+}
+
+# A build folder that was copied or moved along with its checkout still builds what lay, or lies, at
+# the former place.
+discard_foreign_build() {
+    [ -f "$1/CMakeCache.txt" ] || return 0
+    former=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$1/CMakeCache.txt")
+    [ "$(CDPATH='' cd -- "$former" 2>/dev/null && pwd -P)" != "$(pwd -P)" ] || return 0
+    printf '%s: %s was configured for %s, so it is made anew\n' "$script" "$1" "$former" >&2
+    rm -rf -- "$1"
 }
 
 # Every Python file, whatever its name, each followed by a NUL.

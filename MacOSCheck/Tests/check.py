@@ -22,7 +22,7 @@ def compiled(source, *options, minimum="12.0"):
         file.flush()
         return subprocess.run(
             [
-                str(FOLDER / "bin" / "clang++"),
+                str(ROOT / "MacOSCheck" / "bin" / "clang++"),
                 *("-isysroot", str(FOLDER / "SDK"), f"-mmacosx-version-min={minimum}"),
                 *("-std=c++23", "-Wall", "-Wextra", "-Werror", "-Wunguarded-availability"),
                 *("-Wundeclared-selector", "-fapplication-extension", file.name, *options),

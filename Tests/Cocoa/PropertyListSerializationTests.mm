@@ -17,7 +17,7 @@ class WrittenPropertyLists : public testing::Test {
         std::string name = "/tmp/QuorvaCocoaTests.XXXXXX";
         folder = mkdtemp(name.data());
         const std::string command =
-            "python3 '" QUORVA_TESTS_FOLDER "/Cocoa/PropertyLists.py' '" + folder.string() + "'";
+            "python3 '" QUORVA_COCOA_TESTS_FOLDER "/PropertyLists.py' '" + folder.string() + "'";
         ASSERT_EQ(std::system(command.c_str()), 0);
     }
 
