@@ -5,13 +5,15 @@ import json
 import os
 import shutil
 import subprocess
+import sys
 import tempfile
 import unittest
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
-RECORD = """#!/usr/bin/env python3
+# Without what takes long in starting Python.
+RECORD = f"#!{sys.executable} -IS" + """
 import json, os, pathlib, sys
 name, arguments = pathlib.Path(sys.argv[0]).name, sys.argv[1:]
 with open(os.environ["LOG"], "a") as log:

@@ -1,24 +1,23 @@
 """scripts/embed, with programs in place of the Mac's that record how they were called."""
 
-import json
 import os
 import plistlib
+import shlex
 import shutil
-import subprocess
-import tempfile
 import unittest
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parents[2]
+from script_test import ROOT, ScriptTestCase
+
 ENTITLEMENTS = ROOT / "Bundle" / "QuorvaFinderExtension.entitlements"
 
-# Every stand-in appends its name and arguments to the log. codesign keeps what a bundle was signed
-# with in the bundle, and fails for what FAIL names.
-STAND_IN = """#!/usr/bin/env python3
-import json, os, pathlib, plistlib, sys
-name, arguments = pathlib.Path(sys.argv[0]).name, sys.argv[1:]
-with open(os.environ["LOG"], "a") as log:
-    log.write(json.dumps([name, *arguments]) + "\\n")
+# codesign keeps what a bundle was signed with in the bundle, and every program fails for what FAIL
+# names.
+PROGRAM = """
+import plistlib
+if name == "uname":
+    print("Darwin")
+    sys.exit()
 if os.environ.get("FAIL") == " ".join([name, arguments[0], pathlib.Path(arguments[-1]).name]):
     sys.exit("refused")
 if name == "plutil":
@@ -31,6 +30,10 @@ if name == "codesign":
         )
     if arguments[0] == "--display":
         sys.stdout.write(signature.read_text())
+if name == "cmake" and arguments[0] == "--list-presets=build":
+    print('  "macos-universal"')
+if name == "cmake" and arguments[0] == "--preset":
+    os.makedirs("build/" + arguments[1])
 if name == "cmake" and arguments[0] == "--install":
     executable = pathlib.Path(arguments[-1], os.environ["EXECUTABLE"])
     executable.parent.mkdir(parents=True, exist_ok=True)
@@ -40,19 +43,11 @@ if name == "cmake" and arguments[0] == "--install":
 EXECUTABLE = "QuorvaFinderExtension.appex/Contents/MacOS/QuorvaFinderExtension"
 
 
-class EmbedTest(unittest.TestCase):
+class EmbedTest(ScriptTestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory(prefix="a folder with spaces ")
-        self.addCleanup(folder.cleanup)
-        self.folder = Path(folder.name)
-        self.log = self.folder / "log"
-        self.log.touch()
-        self.programs = self.folder / "bin"
-        self.programs.mkdir()
-        for name in ("codesign", "pluginkit", "plutil", "cmake"):
-            program = self.programs / name
-            program.write_text(STAND_IN)
-            program.chmod(0o755)
+        super().setUp()
+        for name in ("cmake", "codesign", "pluginkit", "plutil", "uname"):
+            self.add_program(name, PROGRAM)
         self.app = self.folder / "Quorva.app"
         (self.app / "Contents").mkdir(parents=True)
         self.write_information("app.ferrolin.Quorva")
@@ -68,27 +63,20 @@ class EmbedTest(unittest.TestCase):
             plistlib.dumps({"CFBundleIdentifier": identifier})
         )
 
-    def embed(self, *arguments, script=ROOT / "scripts" / "embed", **environment):
-        path = f"{self.programs}:{os.environ['PATH']}"
-        return subprocess.run(
-            [str(script), *map(str, arguments)],
-            env={**os.environ, "LOG": str(self.log), "EXECUTABLE": EXECUTABLE, "PATH": path}
-            | environment,
-            capture_output=True,
-            text=True,
-            check=False,
-        )
+    def embed(self, *arguments, script=ROOT / "scripts" / "embed", **options):
+        return self.run_script(script, *arguments, EXECUTABLE=EXECUTABLE, **options)
 
-    def calls(self, name="codesign"):
-        calls = [json.loads(line) for line in self.log.read_text().splitlines()]
-        return [call[1:] for call in calls if call[0] == name]
+    def write_former(self):
+        self.embedded.mkdir(parents=True)
+        (self.embedded / "former").touch()
 
     def signings(self):
-        return [call for call in self.calls() if "--sign" in call]
+        return [call for call in self.calls("codesign") if "--sign" in call]
 
-    def assert_fails(self, result, message):
-        self.assertNotEqual(result.returncode, 0)
-        self.assertEqual(result.stderr.splitlines()[-1:], [f"embed: {message}"])
+    def assert_fails(self, result, *lines, status=1):
+        self.assertEqual(result.returncode, status)
+        self.assertEqual(
+            result.stderr.splitlines()[-len(lines):], [f"embed: {line}" for line in lines])
 
     def test_the_extension_is_copied_to_the_plug_ins(self):
         result = self.embed("--extension", self.extension, self.app)
@@ -112,7 +100,7 @@ class EmbedTest(unittest.TestCase):
 
     def test_nothing_is_signed_deeply(self):
         self.embed("--extension", self.extension, self.app)
-        self.assertTrue(all("--deep" not in call for call in self.calls()))
+        self.assertTrue(all("--deep" not in call for call in self.calls("codesign")))
 
     def test_the_extension_is_signed_with_its_entitlements(self):
         self.embed("--extension", self.extension, self.app)
@@ -146,7 +134,7 @@ class EmbedTest(unittest.TestCase):
 
     def test_both_signatures_are_verified_after_both_are_made(self):
         self.embed("--extension", self.extension, self.app)
-        calls = self.calls()
+        calls = self.calls("codesign")
         last_signing = max(calls.index(call) for call in self.signings())
         for bundle in (self.embedded, self.app):
             verification = ["--verify", "--strict", str(bundle)]
@@ -161,14 +149,17 @@ class EmbedTest(unittest.TestCase):
                 result = self.embed(
                     "--extension", self.extension, self.app, FAIL=f"codesign --verify {name}"
                 )
-                self.assert_fails(result, f"the signature of {bundle} does not verify")
+                self.assert_fails(
+                    result,
+                    f"the signature of {bundle} does not verify",
+                    "the extension was removed, as there was none before; "
+                    "the application has to be signed again",
+                )
 
     def test_an_extension_without_the_sandbox_entitlement_fails(self):
         # A copy of the script, beside other entitlements.
-        root = self.folder / "project"
-        (root / "scripts").mkdir(parents=True)
+        root = self.copy_scripts()
         (root / "Bundle").mkdir()
-        shutil.copy(ROOT / "scripts" / "embed", root / "scripts")
         (root / "Bundle" / ENTITLEMENTS.name).write_bytes(
             plistlib.dumps({"com.apple.security.app-sandbox": False})
         )
@@ -176,7 +167,10 @@ class EmbedTest(unittest.TestCase):
             "--extension", self.extension, self.app, script=root / "scripts" / "embed"
         )
         self.assert_fails(
-            result, "the embedded extension is not sandboxed: the system would refuse it"
+            result,
+            "the embedded extension is not sandboxed: the system would refuse it",
+            "the extension was removed, as there was none before; "
+            "the application has to be signed again",
         )
 
     def test_the_lines_that_enable_the_extension_are_printed_and_not_run(self):
@@ -187,19 +181,18 @@ class EmbedTest(unittest.TestCase):
         self.assertEqual(self.calls("pluginkit"), [])
 
     def test_without_an_extension_the_universal_one_is_built_and_embedded(self):
-        root = self.folder / "project"
-        (root / "scripts").mkdir(parents=True)
+        root = self.copy_scripts()
         shutil.copytree(ROOT / "Bundle", root / "Bundle")
-        for script in ("appex", "embed"):
-            shutil.copy(ROOT / "scripts" / script, root / "scripts")
+        (root / "CMakePresets.json").touch()
         result = self.embed(self.app, script=root / "scripts" / "embed")
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(
             self.calls("cmake"),
             [
+                ["--list-presets=build"],
                 ["--preset", "macos-universal"],
-                ["--build", "--preset", "macos-universal"],
-                ["--install", "build/macos-universal", "--prefix", "build/product"],
+                ["--build", "--preset", "macos-universal", "--", "--quiet"],
+                ["--install", "build/macos-universal", "--prefix", str(root / "build/product")],
             ],
         )
         self.assertEqual(
@@ -215,11 +208,13 @@ class EmbedTest(unittest.TestCase):
         )
         self.assertFalse(self.embedded.exists())
 
-    def test_what_is_no_application_is_refused(self):
+    def test_what_is_not_an_application_is_refused(self):
         result = self.embed("--extension", self.extension, self.folder)
-        self.assert_fails(result, f"{self.folder} is no application: it has no Contents/Info.plist")
+        self.assert_fails(
+            result, f"{self.folder} is not an application: it has no Contents/Info.plist"
+        )
 
-    def test_what_is_no_extension_is_refused(self):
+    def test_what_is_not_the_extension_is_refused(self):
         result = self.embed("--extension", self.folder, self.app)
         self.assert_fails(
             result,
@@ -227,21 +222,91 @@ class EmbedTest(unittest.TestCase):
             "it has no Contents/MacOS/QuorvaFinderExtension",
         )
 
-    def test_an_unknown_option_is_refused(self):
+    def test_an_option_without_its_value_is_refused(self):
         self.assert_fails(
-            self.embed("--deep", self.app), "unknown option --deep; --help lists the options"
+            self.embed(self.app, "--identity"),
+            "--identity needs a value; --help lists what there is",
+            status=2,
         )
 
-    def test_an_option_without_its_value_is_refused(self):
-        self.assert_fails(self.embed(self.app, "--identity"), "--identity needs a value")
+    def test_without_an_application_it_is_refused(self):
+        self.assert_fails(
+            self.embed(), "an application is missing; --help lists what there is", status=2
+        )
 
     def test_without_the_tools_of_a_mac_it_says_so(self):
-        for tool in ("bash", "dirname"):
-            (self.programs / tool).symlink_to(shutil.which(tool))
+        (self.programs / "dirname").symlink_to(shutil.which("dirname"))
         (self.programs / "codesign").unlink()
         self.assert_fails(
             self.embed("--extension", self.extension, self.app, PATH=str(self.programs)),
             "codesign is missing: this needs a Mac",
+        )
+
+    def test_a_link_to_the_extension_is_followed(self):
+        link = self.folder / "link.appex"
+        link.symlink_to(self.extension)
+        for extension in (str(link), f"{link}/"):
+            with self.subTest(extension):
+                result = self.embed("--extension", extension, self.app)
+                self.assertEqual(result.returncode, 0, result.stderr)
+                self.assertFalse(self.embedded.is_symlink())
+                self.assertEqual(
+                    (self.embedded / "Contents/MacOS/QuorvaFinderExtension").read_text(), "new"
+                )
+
+    def test_paths_are_the_callers(self):
+        result = self.embed(
+            "--extension", "built/QuorvaFinderExtension.appex", "Quorva.app/", cwd=self.folder
+        )
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertIn(f"pluginkit -a '{self.embedded}'\n", result.stdout)
+
+    def test_when_signing_fails_the_former_extension_is_put_back(self):
+        self.write_former()
+        for name, what in (("QuorvaFinderExtension.appex", "extension"),
+                           ("Quorva.app", "application")):
+            with self.subTest(name):
+                result = self.embed(
+                    "--extension", self.extension, self.app, FAIL=f"codesign --force {name}"
+                )
+                self.assert_fails(
+                    result,
+                    f"the {what} could not be signed",
+                    "the former extension was put back",
+                )
+                self.assertEqual(os.listdir(self.embedded), ["former"])
+                self.assertEqual(os.listdir(self.embedded.parent), [self.embedded.name])
+
+    def test_when_a_signature_does_not_verify_the_former_extension_is_put_back(self):
+        self.write_former()
+        result = self.embed(
+            "--extension", self.extension, self.app, FAIL="codesign --verify Quorva.app"
+        )
+        self.assert_fails(
+            result,
+            f"the signature of {self.app} does not verify",
+            "the former extension was put back; the application has to be signed again",
+        )
+        self.assertEqual(os.listdir(self.embedded), ["former"])
+
+    def test_no_copy_of_the_former_extension_stays_behind(self):
+        temporary = self.folder / "temporary"
+        temporary.mkdir()
+        self.write_former()
+        for failure in ("", "codesign --force Quorva.app"):
+            self.embed(
+                "--extension", self.extension, self.app, FAIL=failure, TMPDIR=str(temporary)
+            )
+            self.assertEqual(os.listdir(temporary), [])
+
+    def test_the_printed_commands_quote_any_path(self):
+        app = self.app.rename(self.folder / "Ada's $HOME `x` \"Quorva\".app")
+        result = self.embed("--extension", self.extension, app)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        command = next(line for line in result.stdout.splitlines() if "pluginkit -a" in line)
+        self.assertEqual(
+            shlex.split(command),
+            ["pluginkit", "-a", str(app / "Contents/PlugIns/QuorvaFinderExtension.appex")],
         )
 
 

@@ -26,18 +26,19 @@ CASES = (
 
 class SetupTest(unittest.TestCase):
     def run_setup(self, programs, formulae):
-        with tempfile.TemporaryDirectory() as folder:
+        with tempfile.TemporaryDirectory(prefix="a folder with spaces ") as folder:
             scripts = dict.fromkeys(programs, "exit 0")
             scripts["uname"] = "echo Darwin"
             if formulae is not None:
                 known = "|".join(formulae) or "-"
                 scripts["brew"] = f'case "$2" in {known}) exit 0 ;; esac; exit 1'
+            (Path(folder) / "dirname").symlink_to(shutil.which("dirname"))
             for name, script in scripts.items():
                 program = Path(folder) / name
                 program.write_text(f"#!/bin/sh\n{script}\n")
                 program.chmod(0o755)
             return subprocess.run(
-                [shutil.which("bash"), str(SETUP)],
+                [str(SETUP)],
                 env={**os.environ, "PATH": folder},
                 capture_output=True,
                 text=True,
