@@ -31,10 +31,10 @@ NSString* contained(std::string_view operation, std::string_view text) {
 - (instancetype)init {
     self = [super init];
     if (self != nil) {
-        enterFromSystem("start", [&] { _extension.start(); });
+        enterFromSystem("start", [self] { _extension.start(); });
         // An extension is never the active application, and a center that is suspended for that
         // keeps back what is not wanted immediately.
-        enterFromSystem("observation of the settings", [&] {
+        enterFromSystem("observation of the settings", [self] {
             [[NSDistributedNotificationCenter defaultCenter]
                        addObserver:self
                           selector:@selector(handleSettingsChanged:)
