@@ -1,5 +1,5 @@
-"""What the tests of the scripts share: a folder with spaces in its name, and programs in place of the
-system's that record how they were called."""
+"""What the tests of the scripts share: a folder with spaces in its name, and programs in place of
+the system's that record how they were called."""
 
 import json
 import os
@@ -32,7 +32,7 @@ class ScriptTestCase(unittest.TestCase):
         self.programs.mkdir()
 
     def add_program(self, name, source=""):
-        """Puts a program in place of the system's; `source` is Python that runs once it is called."""
+        """Puts a program in place of the system's; `source` is Python that each call runs."""
         program = self.programs / name
         program.write_text(RECORD + source)
         program.chmod(0o755)

@@ -5,7 +5,6 @@ import plistlib
 import shlex
 import shutil
 import unittest
-from pathlib import Path
 
 from script_test import ROOT, ScriptTestCase
 
