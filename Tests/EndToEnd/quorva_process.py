@@ -2,7 +2,7 @@
 
 Every run of a test file has a folder of its own below the system's temporary folder. It holds the
 homes of the tests, and it is the temporary folder of everything that the tests start, so that the
-run has a notification daemon of its own. The run has one virtual display. All of that ends with the
+run's notifications reach nothing else. The run has one virtual display. All of that ends with the
 run.
 
 The build folder comes from the environment variable QUORVA_BUILD_FOLDER. The tests are to be run
@@ -96,7 +96,7 @@ class Run:
     @staticmethod
     @functools.cache
     def folder():
-        # A notification daemon's socket lies below it, whose path can't be long.
+        # Tests put sockets below it, whose paths can't be long.
         folder = Path(tempfile.mkdtemp(prefix="quorva-"))
         atexit.register(Run._end, folder)
         return folder
@@ -134,7 +134,7 @@ class Run:
         for process in Run.processes():
             with contextlib.suppress(ProcessLookupError):
                 os.kill(process, signal.SIGTERM)
-        until(lambda: not Run.processes(), "the run's notification daemon ended")
+        until(lambda: not Run.processes(), "what the tests had started ended")
         for path in folder.rglob("*"):
             if path.is_dir() and not path.is_symlink():
                 path.chmod(0o700)
@@ -142,7 +142,7 @@ class Run:
 
     @staticmethod
     def processes():
-        """What runs with this run's temporary folder: at its end, the notification daemon."""
+        """What runs with this run's temporary folder, but for this process."""
         marker = b"TMPDIR=" + os.fsencode(Run.folder())
         found = []
         for process in Path("/proc").glob("[0-9]*"):
@@ -376,7 +376,7 @@ def program_environment(home, launch=False, language=None, display=True):
     environment = {
         "HOME": str(home.path),
         "PATH": os.environ.get("PATH", "/usr/bin:/bin"),
-        # GNUstep asks for the latter two, and has its notification daemon's address there.
+        # GNUstep asks for the latter two.
         **dict.fromkeys(("TMPDIR", "TEMP", "TMP"), str(Run.folder())),
         "SIMULATOR_ACCOUNT_NAME": home.account_name,
         "SIMULATOR_ACCOUNT_HOME": str(home.account_home or home.path),
