@@ -1,8 +1,7 @@
 #include "Simulator/ExtensionHost/FinderFeatureActionText.hpp"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
+#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -11,40 +10,24 @@ namespace {
 
 using Action = quorva::FinderFeatureAction;
 
-// In the order in which the types declare them.
-constexpr auto fileTemplates = std::to_array<std::string_view>({"text",
-                                                                "rtf",
-                                                                "markdown",
-                                                                "wordDocument",
-                                                                "excelSpreadsheet",
-                                                                "powerPointPresentation",
-                                                                "pdfDocument",
-                                                                "csv",
-                                                                "json",
-                                                                "xml",
-                                                                "yaml",
-                                                                "pngImage",
-                                                                "jpegImage",
-                                                                "swift",
-                                                                "readme",
-                                                                "html",
-                                                                "css",
-                                                                "javascript",
-                                                                "python",
-                                                                "shell",
-                                                                "gitignore"});
-constexpr auto pathCopyFormats = std::to_array<std::string_view>(
-    {"fullPath", "fileName", "parentPath", "shellPath", "markdownLink", "fileNameList"});
-constexpr auto applications = std::to_array<std::string_view>({"visualStudioCode", "cursor"});
+// The payloads in the order in which their types declare them.
+constexpr const char* fileTemplates =
+    "text rtf markdown wordDocument excelSpreadsheet powerPointPresentation pdfDocument csv json "
+    "xml yaml pngImage jpegImage swift readme html css javascript python shell gitignore";
+constexpr const char* pathCopyFormats =
+    "fullPath fileName parentPath shellPath markdownLink fileNameList";
+constexpr const char* applications = "visualStudioCode cursor";
 
 using ActionTexts = std::vector<std::pair<Action, std::string>>;
 
 /// Adds an action for each payload that `names` names.
 template <typename Payload>
-void add(ActionTexts& texts, std::string_view name, Action (*action)(Payload), const auto& names) {
-    for (std::size_t index = 0; index < names.size(); ++index) {
-        texts.emplace_back(action(static_cast<Payload>(index)),
-                           std::string(name).append("(").append(names[index]).append(")"));
+void add(ActionTexts& texts, const std::string& name, Action (*action)(Payload),
+         const std::string& names) {
+    std::istringstream words(names);
+    int index = 0;
+    for (std::string word; words >> word; ++index) {
+        texts.emplace_back(action(static_cast<Payload>(index)), name + "(" + word + ")");
     }
 }
 
