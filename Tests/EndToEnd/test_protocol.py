@@ -440,7 +440,8 @@ class StandardStreamsTest(ProtocolTestCase):
         for stream in (0, 1, 2):
             with self.subTest(stream=stream):
                 result = subprocess.run(
-                    ["sh", "-c", f'exec "$0" {stream}>&-', application_bundle() / EXTENSION_EXECUTABLE],
+                    ["sh", "-c", f'exec "$0" {stream}>&-',
+                        application_bundle() / EXTENSION_EXECUTABLE],
                     stdin=subprocess.DEVNULL, capture_output=True, timeout=TIME_LIMIT,
                     env=program_environment(self.home))
                 self.assertEqual((result.returncode, result.stdout), (1, b""))
