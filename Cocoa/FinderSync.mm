@@ -91,7 +91,10 @@ NSString* contained(std::string_view operation, std::string_view text) {
 
 - (void)handleSettingsChanged:(NSNotification*)notification {
     enterFromSystem("settings change", [&] {
-        _extension.handleSettingsChanged(quorva::propertyListEntries(notification.userInfo));
+        // Whatever else the sender says, keys that are not strings included, does not count.
+        id const reason = [notification.userInfo objectForKey:@"reason"];
+        _extension.handleSettingsChanged(quorva::propertyListEntries(
+            reason == nil ? nil : [NSDictionary dictionaryWithObject:reason forKey:@"reason"]));
     });
 }
 
