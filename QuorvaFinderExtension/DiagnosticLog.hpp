@@ -25,7 +25,9 @@ inline constexpr std::string_view diagnosticLogFileName = "FinderExtension.log";
 /// May be called from any thread, and several processes write to the same files: each line is one
 /// write in the system's append mode, so lines stay whole and stand in the order of the writes.
 /// Where two processes both find no file, or both replace one, the last to do so wins, and a line
-/// of the other is lost. After a line that a full disk tore, the next begins on a line of its own.
+/// of the other is lost. After a line that a full disk tore, the next begins on a line of its own;
+/// one that was only being written at that moment is taken for torn as well, which leaves an empty
+/// line behind it.
 void appendDiagnosticLog(std::string_view message) noexcept;
 
 /// Appends that `operation` failed and why.
