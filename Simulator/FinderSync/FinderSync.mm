@@ -1,7 +1,22 @@
 #import <FinderSync/FIFinderSyncController+Simulator.h>
 #import <FinderSync/FinderSync.h>
 
+#import "Cocoa/ObjectHolder.h"
+
+namespace {
+
+/// The state of the default controller, which is the only one.
+quorva::ObjectHolder<NSSet> directoryURLs;
+quorva::ObjectHolder<NSArray> selectedItemURLs;
+quorva::ObjectHolder<NSURL> targetedURL;
+
+}  // namespace
+
 @implementation FIFinderSync
+
+- (void)beginRequestWithExtensionContext:(NSExtensionContext*)context {
+}
+
 @end
 
 @implementation FIFinderSyncController
@@ -11,55 +26,34 @@
     return controller;
 }
 
-- (instancetype)init {
-    self = [super init];
-    if (self != nil) {
-        directoryURLs_ = [[NSSet alloc] init];
-    }
-    return self;
-}
-
-- (void)dealloc {
-    [directoryURLs_ release];
-    [selectedItemURLs_ release];
-    [targetedURL_ release];
-    [super dealloc];
-}
-
 - (NSSet<NSURL*>*)directoryURLs {
-    return directoryURLs_;
+    NSSet* urls = directoryURLs.get();
+    return urls == nil ? [NSSet set] : urls;
 }
 
-- (void)setDirectoryURLs:(NSSet<NSURL*>*)directoryURLs {
-    NSSet* const previous = directoryURLs_;
-    directoryURLs_ = [directoryURLs copy];
-    [previous release];
+- (void)setDirectoryURLs:(NSSet<NSURL*>*)urls {
+    directoryURLs = quorva::ObjectHolder<NSSet>([[urls copy] autorelease]);
 }
 
 - (NSURL*)targetedURL {
-    return targetedURL_;
+    return targetedURL.get();
 }
 
 - (NSArray<NSURL*>*)selectedItemURLs {
-    return selectedItemURLs_;
+    return selectedItemURLs.get();
 }
 
 @end
 
 @implementation FIFinderSyncController (Simulator)
 
-- (void)beginWithSelectedItemURLs:(NSArray<NSURL*>*)selectedItemURLs
-                      targetedURL:(NSURL*)targetedURL {
-    [self end];
-    selectedItemURLs_ = [selectedItemURLs copy];
-    targetedURL_ = [targetedURL retain];
+- (void)beginWithSelectedItemURLs:(NSArray<NSURL*>*)selected targetedURL:(NSURL*)targeted {
+    selectedItemURLs = quorva::ObjectHolder<NSArray>([[selected copy] autorelease]);
+    targetedURL = quorva::ObjectHolder<NSURL>(targeted);
 }
 
 - (void)end {
-    [selectedItemURLs_ release];
-    selectedItemURLs_ = nil;
-    [targetedURL_ release];
-    targetedURL_ = nil;
+    [self beginWithSelectedItemURLs:nil targetedURL:nil];
 }
 
 @end

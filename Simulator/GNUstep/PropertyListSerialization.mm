@@ -196,7 +196,11 @@ class BinaryReader {
                 return [NSNull null];
             case array:
             case dictionary:
-                return isTooDeep(depth) ? [NSNull null] : container(kind, units, index, depth);
+                if (isTooDeep(depth)) {
+                    deepest_ = cutOff;
+                    return [NSNull null];
+                }
+                return container(kind, units, index, depth);
             default:
                 return nil;
         }
@@ -300,7 +304,10 @@ class BinaryReader {
     std::size_t referenceSize_ = 0;
     std::vector<bool> isEntered_;
     std::unordered_map<std::uint64_t, Container> containers_;
+    /// The depth of the deepest container since the last one was entered.
     std::size_t deepest_ = 0;
+    /// Beyond any depth: what holds a container that was cut off may be whole elsewhere.
+    static constexpr std::size_t cutOff = SIZE_MAX / 2;
     Allowance allowance_;
 };
 
