@@ -114,7 +114,7 @@ TEST_F(WrittenPropertyLists, AreReadWithoutWhatIsTooDeep) {
 TEST_F(WrittenPropertyLists, AreReadWholeWhereASharedArrayIsNotTooDeep) {
     const auto list = propertyListWithData(data("shared.binary"));
     ASSERT_TRUE(list && list->array() != nullptr && list->array()->size() == 2);
-    EXPECT_EQ(list->array()->at(1), PropertyList(PropertyList::Array{PropertyList::Array{"a"}}));
+    EXPECT_EQ(list->array()->at(1), PropertyList(PropertyList::Array(1, PropertyList::Array{"a"})));
 }
 
 TEST_F(WrittenPropertyLists, AreReadWithValuesOfOtherClasses) {

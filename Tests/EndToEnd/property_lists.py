@@ -128,10 +128,7 @@ HOSTILE = {
     "references that unfold to dictionaries": binary(
         [dictionary([50] * 10, [number + 1] * 10) for number in range(50)] + [text("copy")]),
     "arrays 100,000 levels deep": deep_arrays(100_000),
-    "dictionaries 100,000 levels deep": deep_dictionaries(100_000),
     "XML arrays 100,000 levels deep": xml(b"<array>" * 100_000 + b"</array>" * 100_000),
-    "XML dictionaries 100,000 levels deep": xml(
-        b"<dict><key>copy</key>" * 100_000 + b"<array/>" + b"</dict>" * 100_000),
     "XML arrays that do not end": XML_HEAD + b"<array>" * 100_000,
     "XML with an entity that unfolds": (
         b'<?xml version="1.0"?><!DOCTYPE plist ['
@@ -157,4 +154,11 @@ HOSTILE = {
     "half a megabyte of quotes": b'"' * (1 << 19),
     "a UTF-16 mark and nothing": b"\xff\xfe",
     "a UTF-8 mark and nothing": b"\xef\xbb\xbf",
+}
+
+# A value that is nested too deeply is of a wrong type where it stands: the dictionary is one still.
+TOO_DEEP = {
+    "dictionaries 100,000 levels deep": deep_dictionaries(100_000),
+    "XML dictionaries 100,000 levels deep": xml(
+        b"<dict><key>copy</key>" * 100_000 + b"<array/>" + b"</dict>" * 100_000),
 }

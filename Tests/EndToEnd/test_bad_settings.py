@@ -196,6 +196,34 @@ class HostilePropertyListTest(BadSettingsTestCase):
                     self.home.write_bytes(name, content)
                     self.check_without(name)
 
+    def test_a_value_that_is_nested_too_deeply_is_of_a_wrong_type(self):
+        for name in self.each_file():
+            for case, content in property_lists.TOO_DEEP.items():
+                with self.subTest(file=name, case=case):
+                    self.home.write_bytes(name, content)
+                    self.assertEqual(self.extension.menu(REQUEST), self.expected(
+                        **{**SHORT, FIELDS[name]: {"copy": "of a wrong type"}}))
+
+    def test_a_value_of_a_class_without_a_type_costs_no_more_than_its_key(self):
+        self.home.write(FEATURE_SETTINGS, {
+            "enabledFeatureIDs": ["pdfTools"], "menuLayout": plistlib.UID(1),
+            "unknown": plistlib.UID(2)}, BINARY)
+        self.assertEqual([item["title"] for item in self.extension.menu(REQUEST)["items"]],
+                         ["处理 PDF"])
+
+    def test_a_path_and_a_title_of_16_mebibytes_are_shown_and_recorded(self):
+        title, path = "n" * (1 << 24), "/" + "p" * (1 << 24)
+        self.home.write(FEATURE_SETTINGS, {
+            "enabledFeatureIDs": ["quickOpen"], "groupsFeaturesUnderQuorva": False})
+        self.home.write(CUSTOM_DESTINATIONS, {
+            "quickOpen": [{"id": "a", "name": title, "path": path}]}, BINARY)
+        menu = self.extension.menu(REQUEST)
+        [index_path] = [found for found, item in actionable_items(menu)
+                        if item["title"] == title]
+        self.extension.click(index_path, REQUEST)
+        [record] = self.home.take_records()
+        self.assertTrue(record["destinationPath"] == path and record["title"] == title)
+
     def test_a_hostile_property_list_does_not_keep_a_click_from_the_queue(self):
         for case, content in property_lists.HOSTILE.items():
             with self.subTest(case=case):
