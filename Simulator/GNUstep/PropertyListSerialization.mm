@@ -130,9 +130,9 @@ class BinaryReader {
                 return real(cutNumber(bytes, lowerHalf));
             case 0x3: {
                 NSNumber* seconds = lowerHalf == 3 ? real(cutNumber(bytes, 3)) : nil;
-                return seconds == nil
-                           ? nil
-                           : [NSDate dateWithTimeIntervalSinceReferenceDate:seconds.doubleValue];
+                return seconds != nil && std::isfinite(seconds.doubleValue)
+                           ? [NSDate dateWithTimeIntervalSinceReferenceDate:seconds.doubleValue]
+                           : nil;
             }
             case 0x8:  // a keyed archive's reference
                 return cut(bytes, lowerHalf + 1) ? [NSNull null] : nil;
