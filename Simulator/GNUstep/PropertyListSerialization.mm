@@ -397,7 +397,8 @@ class XMLReader {
 
     void add(id value) {
         Level& level = levels_.back();
-        if (value == nil || !allowance_.admits(1, 0)) {
+        // With the key that it may have.
+        if (value == nil || !allowance_.admits(2, 0)) {
             fail();
         } else if (level.container == nil && root_ == nil) {
             root_ = value;
