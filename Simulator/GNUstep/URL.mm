@@ -26,8 +26,13 @@ std::string percentEncoded(std::string_view path) {
 @implementation NSURL (FoundationOfMacOS)
 
 /// macOS: takes the caller's word for what the path names. GNUstep looks, and makes a directory URL
-/// whenever there is a directory.
+/// whenever there is a directory; and it takes a URL's path apart on the stack, which a path of
+/// many megabytes exhausts.
 + (instancetype)fileURLWithPath:(NSString*)path isDirectory:(BOOL)isDirectory {
+    constexpr NSUInteger lengthLimit = 1 << 20;
+    if (path.length > lengthLimit) {
+        [NSException raise:NSInvalidArgumentException format:@"The path is too long."];
+    }
     if (!path.isAbsolutePath) {
         NSString* folder = [NSFileManager defaultManager].currentDirectoryPath;
         path = [folder stringByAppendingPathComponent:path];

@@ -27,6 +27,17 @@ TEST(URLConversion, TellsAFileURLFromTheDirectoryURLOfTheSamePath) {
     EXPECT_EQ(urls.count, 2u);
 }
 
+TEST(URLConversion, FailsForAPathOfManyMegabytesInsteadOfEndingTheProcess) {
+    const std::string path = "/" + std::string(1 << 24, 'p');
+    NSString* shown = nil;
+    @try {
+        shown = quorva::foundationURL(FileURL::file(path)).path;
+    } @catch (NSException*) {
+        shown = nil;
+    }
+    EXPECT_TRUE(shown == nil || quorva::utf8String(shown) == path);
+}
+
 TEST(URLConversion, LeavesOutURLsWithoutAPath) {
     NSArray* urls = [NSArray arrayWithObjects:[NSURL URLWithString:@"mailto:ada"],
                                               quorva::foundationURL(FileURL::file("/a")), nil];
