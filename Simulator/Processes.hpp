@@ -18,7 +18,8 @@ struct Process {
 /// The processes of the machine, those among them that have ended but were not waited for.
 std::vector<Process> processes();
 
-/// Whether the process is this user's, and was started with the home folder that this process has.
+/// Whether the process was started with the home folder that this one has, as far as this user may
+/// know.
 bool sharesHome(const Process& process);
 
 }  // namespace simulator

@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
-#include <set>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -44,14 +43,16 @@ sigset_t blockSignals() {
 }
 
 /// Ends the children of this process, to which every process falls whose parent has ended, until
-/// there are none but `spared` programs. A child that has ended counts until it is waited for.
-void endChildren(const std::set<path>& spared) {
+/// there are none but those that run `spared`. A child that has ended counts until it is waited
+/// for.
+void endChildren(const std::string& spared) {
     std::map<pid_t, steady_clock::time_point> deadlines;
     for (bool remain = true; std::exchange(remain, false);) {
         while (waitpid(-1, nullptr, WNOHANG) > 0) {
         }
         for (const Process& process : processes()) {
-            if (process.parent != getpid() || spared.contains(process.executable.filename())) {
+            if (process.parent != getpid() ||
+                (!spared.empty() && process.executable.filename() == spared)) {
                 continue;
             }
             remain = true;
@@ -102,8 +103,7 @@ int supervise(const std::function<int(const path& folder)>& work, bool givesFold
             break;
         }
     }
-    endChildren(interruption == 0 && keepsApplication ? std::set<path>{"gdnc", "Quorva"}
-                                                      : std::set<path>{"gdnc"});
+    endChildren(interruption == 0 && keepsApplication ? "Quorva" : "");
     std::error_code error;
     std::filesystem::remove_all(folder, error);
     if (interruption == 0 && WIFEXITED(status)) {

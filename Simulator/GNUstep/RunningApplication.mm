@@ -36,9 +36,9 @@
 
 @implementation NSRunningApplication (AppKitOfMacOS)
 
-/// macOS: the applications of the user's session. Here: the processes of this user and this home
-/// folder whose program lies in a bundle with that identifier. For a program that lies in a bundle
-/// itself, that is the bundle around it: an application of another build is another one.
+/// macOS: the applications of the user's session. Here: the processes of this home folder whose
+/// program lies in a bundle with that identifier. For a program that lies in a bundle itself, that
+/// is the bundle around it: an application of another build is another one.
 + (NSArray*)runningApplicationsWithBundleIdentifier:(NSString*)bundleIdentifier {
     NSMutableArray* applications = [NSMutableArray array];
     NSString* own = simulator::bundlePathOfExecutable(
