@@ -65,6 +65,8 @@ class QueueFolderTest(HandOffTestCase):
     def test_where_the_queue_s_folder_may_not_be_written_nothing_is_lost_but_the_click(self):
         self.home.queue.mkdir(parents=True)
         self.home.queue.chmod(0o500)
+        if os.access(self.home.queue, os.W_OK):
+            self.skipTest("root, with all that it may do, is not kept from writing there")
         self.check_failure()
         self.assertEqual(list(self.home.queue.iterdir()), [])
 
