@@ -336,8 +336,9 @@ class FinderSimTest(FinderSimTestCase):
         home = Home()
         (home.path / "Library").write_text("not a folder")
         selected = str(home.path / "unlike any other")
-        records = json.loads(self.finder_sim(
-            "click", "压缩为 ZIP", "--select", selected, "--json", "--home", str(home.path)))["records"]
+        answer = json.loads(self.finder_sim(
+            "click", "压缩为 ZIP", "--select", selected, "--json", "--home", str(home.path)))
+        records = answer["records"]
         [own] = [name for name, record in records.items() if record["selectedPaths"] == [selected]]
         self.addCleanup(os.unlink, own)
         self.assertTrue(own.startswith(str(FALLBACK_QUEUE) + "/"), own)
