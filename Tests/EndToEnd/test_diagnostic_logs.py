@@ -126,11 +126,12 @@ class DiagnosticLogTest(EndToEndTestCase):
         self.assertEqual(self.home.new_log_messages(),
                          ["clicked sender=", "missing context for sender="])
 
-    def test_a_log_that_exists_is_appended_to(self):
+    def test_a_log_that_exists_is_appended_to_on_a_line_of_its_own(self):
         self.home.quorva.mkdir(parents=True)
         self.home.log_file.write_bytes(b"\xff\xfe no line end")
         self.start()
-        self.assertTrue(self.home.log_file.read_bytes().startswith(b"\xff\xfe no line end["))
+        self.assertTrue(
+            self.home.log_file.read_bytes().startswith(b"\xff\xfe no line end\n["))
 
     def test_a_log_that_is_removed_is_made_anew(self):
         extension = self.start()
