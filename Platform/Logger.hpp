@@ -7,7 +7,8 @@ namespace quorva::platform {
 /// The unified system log. Each operation emits one record at level info with every field public.
 ///
 /// The system keeps the format and the fields of a record apart and wants each format as a literal
-/// where the record is made, so there is one operation per record rather than one that takes a string.
+/// where the record is made, so there is one operation per record rather than one that takes a
+/// string.
 class Logger {
  public:
     /// `subsystem` and `category` are copied.

@@ -60,7 +60,8 @@ std::string stringForKey(const PropertyList::Dictionary& dictionary, std::string
     return string == nullptr ? otherwise : *string;
 }
 
-/// The selection that a dictionary carries. A list that holds anything but strings is not a selection.
+/// The selection that a dictionary carries. A list that holds anything but strings is not a
+/// selection.
 FinderSelection selection(const PropertyList::Dictionary& dictionary) {
     const auto paths = dictionary.find("selectedPaths");
     if (paths == dictionary.end() || paths->second.array() == nullptr) {

@@ -11,8 +11,8 @@ namespace simulator {
 /// `object` as a string.
 std::string descriptionOfObject(id object);
 
-/// `object` as JSON; nil is null. `otherwise` makes a string of whatever JSON has no form for, and of keys that
-/// are not strings.
+/// `object` as JSON; nil is null. `otherwise` makes a string of whatever JSON has no form for, and
+/// of keys that are not strings.
 nlohmann::json jsonWithFoundationObject(id object,
                                         std::string (*otherwise)(id) = descriptionOfObject);
 

@@ -38,8 +38,8 @@ json simulator::jsonWithFoundationObject(id object, std::string (*otherwise)(id)
     if ([object isKindOfClass:[NSDictionary class]]) {
         json members = json::object();
         for (id key in static_cast<NSDictionary*>(object)) {
-            const std::string name = [key isKindOfClass:[NSString class]] ? quorva::utf8String(key)
-                                                                          : otherwise(key);
+            const std::string name =
+                [key isKindOfClass:[NSString class]] ? quorva::utf8String(key) : otherwise(key);
             members[name] = jsonWithFoundationObject([object objectForKey:key], otherwise);
         }
         return members;

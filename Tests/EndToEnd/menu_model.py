@@ -335,9 +335,9 @@ class MenuBuilder:
         target = "nil" if self._request.targeted is None else self._request.targeted
         return {"subsystem": "app.ferrolin.Quorva.FinderExtension", "category": "FinderSync",
                 "level": "info", "message": (
-            f"Menu requested. kind={number}, selected={len(self._request.selected)},"
-            f" targeted={target}, features={len(settings.features)},"
-            f" grouped={'true' if settings.grouped else 'false'}, layout={settings.layout}")}
+                    f"Menu requested. kind={number}, selected={len(self._request.selected)},"
+                    f" targeted={target}, features={len(settings.features)},"
+                    f" grouped={'true' if settings.grouped else 'false'}, layout={settings.layout}")}
 
     def _expanded(self):
         items = []

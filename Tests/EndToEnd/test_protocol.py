@@ -13,7 +13,7 @@ from pathlib import Path
 
 from menu_model import Request
 from quorva_process import (
-    EXTENSION_EXECUTABLE, FINDER_VIEW_PRESETS, QUEUED, TIME_LIMIT, EndToEndTestCase,
+    EXTENSION_EXECUTABLE, FINDER_VIEW_PRESETS, TIME_LIMIT, EndToEndTestCase,
     application_bundle, containing_applications, end_containing_application, item_at,
     program_environment, until)
 

@@ -3,8 +3,8 @@
 #import <AppKit/AppKit.h>
 #import <Foundation/Foundation.h>
 
-// The part of macOS's FinderSync framework that an extension with a menu uses, written from the public
-// documentation. The check for the Mac and the simulator share it.
+// The part of macOS's FinderSync framework that an extension with a menu uses, written from the
+// public documentation. The check for the Mac and the simulator share it.
 
 #pragma clang assume_nonnull begin
 
