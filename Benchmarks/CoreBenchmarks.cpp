@@ -86,7 +86,7 @@ BENCHMARK(expandedMenu)
 
 void click(benchmark::State& benchmark) {
     setUp("collapsed", 5, benchmark.range(0));
-    quorva::FinderExtension extension;
+    const quorva::FinderExtension extension;
     quorva::MenuItem sender;
     sender.title = "压缩为 ZIP";
     for ([[maybe_unused]] auto round : benchmark) {

@@ -37,7 +37,7 @@ std::optional<char> FileHandle::lastByte() const {
                                                                      : std::nullopt;
 }
 
-Result<void> FileHandle::write(std::string_view bytes) {
+Result<void> FileHandle::write(std::string_view bytes) const {
     while (!bytes.empty()) {
         const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
         if (count < 0 && errno != EINTR) {

@@ -25,7 +25,7 @@ class FileHandle {
 
     /// Writes `bytes` behind whatever the file holds at that moment, in one write where the system
     /// allows it: what several processes append at once does not mix.
-    [[nodiscard]] Result<void> write(std::string_view bytes);
+    [[nodiscard]] Result<void> write(std::string_view bytes) const;
 
  private:
     explicit FileHandle(int descriptor) : descriptor_(descriptor) {}

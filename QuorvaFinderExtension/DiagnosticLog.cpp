@@ -35,7 +35,7 @@ std::string dateDescription(double timeInterval) {
 /// writing, is replaced by one that holds only `line`: better the last line than none.
 void write(std::string line, const FileURL& url) {
     if (platform::fileExistsAtPath(url.path())) {
-        if (Result<platform::FileHandle> handle = platform::FileHandle::forAppendingToURL(url)) {
+        if (const auto handle = platform::FileHandle::forAppendingToURL(url)) {
             // A full disk may have torn the line before; this one still begins on its own.
             if (handle->lastByte().value_or('\n') != '\n') {
                 line.insert(0, "\n", 1);

@@ -144,17 +144,27 @@ FinderCustomDestinationFile::FinderCustomDestinationFile()
     }
 }
 
+const PropertyList::Array* FinderCustomDestinationFile::savedEntries(
+    FinderCustomDestinationKind kind) const {
+    if (!root_) {
+        return nullptr;
+    }
+    const auto found = root_->dictionary()->find(rawValue(kind));
+    return found == root_->dictionary()->end() ? nullptr : found->second.array();
+}
+
 bool FinderCustomDestinationFile::hasDefaults(FinderCustomDestinationKind kind) const {
-    return !root_ || !root_->dictionary()->contains(rawValue(kind));
+    return savedEntries(kind) == nullptr;
 }
 
 std::vector<FinderCustomDestination> FinderCustomDestinationFile::destinations(
     FinderCustomDestinationKind kind) const {
-    if (hasDefaults(kind)) {
+    const PropertyList::Array* const entries = savedEntries(kind);
+    if (entries == nullptr) {
         return defaultDestinations(kind);
     }
     Destinations destinations;
-    for (const PropertyList& entry : *root_->dictionary()->find(rawValue(kind))->second.array()) {
+    for (const PropertyList& entry : *entries) {
         if (auto valid = destination(*entry.dictionary())) {
             destinations.push_back(*std::move(valid));
         }

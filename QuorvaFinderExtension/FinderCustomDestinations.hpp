@@ -66,6 +66,9 @@ class FinderCustomDestinationFile {
     [[nodiscard]] bool hasDefaults(FinderCustomDestinationKind kind) const;
 
  private:
+    /// The list of `kind` in the file, null when the file has none. Lives as long as the reading.
+    [[nodiscard]] const PropertyList::Array* savedEntries(FinderCustomDestinationKind kind) const;
+
     /// Absent when there is no usable file.
     std::optional<PropertyList> root_;
 };

@@ -206,7 +206,8 @@ std::vector<FinderFeatureChild> children(FinderFeature feature) {
     std::vector<FinderFeatureChild> children;
     children.reserve(commands.size());
     for (const Command& command : commands) {
-        children.push_back({L10n::t(command.title), std::string(command.actionID), command.action});
+        children.emplace_back(L10n::t(command.title), std::string(command.actionID),
+                              command.action);
     }
     return children;
 }

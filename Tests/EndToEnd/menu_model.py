@@ -333,11 +333,13 @@ class MenuBuilder:
         settings = self._menu_settings
         number = ["items", "container", "sidebar", "toolbar"].index(kind)
         target = "nil" if self._request.targeted is None else self._request.targeted
+        grouped = "true" if settings.grouped else "false"
+        message = (
+            f"Menu requested. kind={number}, selected={len(self._request.selected)},"
+            f" targeted={target}, features={len(settings.features)}, grouped={grouped},"
+            f" layout={settings.layout}")
         return {"subsystem": "app.ferrolin.Quorva.FinderExtension", "category": "FinderSync",
-                "level": "info", "message": (
-                    f"Menu requested. kind={number}, selected={len(self._request.selected)},"
-                    f" targeted={target}, features={len(settings.features)},"
-                    f" grouped={'true' if settings.grouped else 'false'}, layout={settings.layout}")}
+                "level": "info", "message": message}
 
     def _expanded(self):
         items = []

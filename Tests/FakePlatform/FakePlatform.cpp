@@ -455,7 +455,7 @@ std::optional<char> FileHandle::lastByte() const {
                                                    : std::nullopt;
 }
 
-Result<void> FileHandle::write(std::string_view bytes) {
+Result<void> FileHandle::write(std::string_view bytes) const {
     const Lock lock(fakePlatform::mutex);
     const std::string path = state().openedFiles[static_cast<std::size_t>(descriptor_)];
     std::string& contents = std::get<File>(state().find(path)->content).contents;
