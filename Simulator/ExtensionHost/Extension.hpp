@@ -1,65 +1,39 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <expected>
-#include <memory>
+#include <functional>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "QuorvaFinderExtension/FinderActionContext.hpp"
 
 /// The extension that runs in this process, seen from where Finder stands: its principal object,
-/// the menus that it hands out as AppKit has them, and clicks. Main thread only. What is shown is
-/// JSON in the form of Documentation/ExtensionProtocol.md.
-///
-/// An Objective-C exception that the extension lets out ends the process, as it does on a Mac.
+/// the menus that it hands out as AppKit has them, and clicks. Main thread only, and only within
+/// `enterExtension`. Items and menus are JSON in the form of Documentation/ExtensionProtocol.md.
+/// A `state` has the members "selectedPaths" and "targetedPath" of a request; its other members
+/// mean nothing. What is passed in has been checked.
 namespace simulator {
 
-/// What an item to deliver represents: nothing, a context, a dictionary (a JSON object), or an
-/// object of a class that the extension does not use, by its string.
-using RepresentedObject =
-    std::variant<std::monostate, std::shared_ptr<const quorva::FinderActionContext>, nlohmann::json,
-                 std::string>;
+/// Runs `work`. An Objective-C exception that it lets out ends the process, as it does on a Mac.
+void enterExtension(const std::function<void()>& work);
 
-/// An item to deliver that no menu holds.
-struct SentItem {
-    std::string title;
-    std::optional<std::string> identifier;
-    std::int64_t tag = 0;
-    RepresentedObject representedObject;
-};
-
-/// What Finder has selected and shows. Absent is what Finder does not give.
-struct FinderState {
-    std::optional<std::vector<std::string>> selectedPaths;
-    std::optional<std::string> targetedPath;
-};
-
-enum class Delivery {
-    /// The very item of the menu.
-    intact,
-    /// An item made anew of what Finder keeps: title, enabled state, tag, state and indentation.
-    finder,
-};
-
-/// Makes the principal object of the main bundle. Fails with one sentence.
-std::expected<void, std::string> startExtension();
+/// Makes the principal object of the main bundle. Returns false when there is none.
+bool startExtension();
 
 /// Asks for the menu, which stays the one that `clickItem` means. Null when the extension gives
 /// none.
-nlohmann::ordered_json requestMenu(unsigned long kind, const FinderState& state);
+nlohmann::ordered_json requestMenu(unsigned long kind, const nlohmann::json& state);
 
-/// Clicks the item of the last menu at `indexPath`. Fails with one sentence when Finder's user
-/// could not click there.
+/// Clicks the item of the last menu at `indexPath`: the very item, or one that `isRebuilt` of what
+/// Finder keeps. Fails with one sentence when Finder's user could not click there.
 std::expected<void, std::string> clickItem(const std::vector<std::size_t>& indexPath,
-                                           Delivery delivery, const FinderState& state);
+                                           bool isRebuilt, const nlohmann::json& state);
 
-/// Delivers an item made of `item` alone.
-void sendItem(const SentItem& item, const FinderState& state);
+/// Delivers an item made of `item` alone. `context` is what it represents when that is a context.
+void sendItem(const nlohmann::json& item, const quorva::FinderActionContextPointer& context,
+              const nlohmann::json& state);
 
 /// The paths of the monitored folders, one for each URL of the set, in no particular order.
 std::vector<std::string> monitoredPaths();
@@ -67,7 +41,6 @@ std::vector<std::string> monitoredPaths();
 /// The name and the tool tip of the toolbar item.
 nlohmann::ordered_json toolbarItem();
 
-/// Runs the run loop for `seconds`.
 void runRunLoop(double seconds);
 
 /// Runs the run loop until there is something to read from `descriptor`, or its end is reached.

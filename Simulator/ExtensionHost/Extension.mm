@@ -41,6 +41,7 @@
 
 namespace {
 
+using nlohmann::json;
 using nlohmann::ordered_json;
 using quorva::foundationString;
 using quorva::utf8String;
@@ -48,44 +49,33 @@ using quorva::utf8String;
 FIFinderSync* principalObject = nil;
 NSMenu* lastMenu = nil;
 
-/// Carries out `entry`, which calls into the extension.
-template <typename Entry>
-void enter(const char* what, Entry entry) {
-    @autoreleasepool {
-        @try {
-            entry();
-        } @catch (NSException* exception) {
-            std::fprintf(stderr, "the extension ended: %s raised %s: %s\n", what,
-                         utf8String(exception.name).c_str(), utf8String(exception.reason).c_str());
-            _exit(1);
+/// Gives the extension the selection and the target of `state`, until the controller is told `end`.
+void beginFinderState(const json& state) {
+    NSMutableArray<NSURL*>* urls = nil;
+    if (state.contains("selectedPaths")) {
+        urls = [NSMutableArray array];
+        for (const json& path : state["selectedPaths"]) {
+            [urls addObject:[NSURL fileURLWithPath:foundationString(path.get<std::string>())]];
         }
     }
+    NSURL* target = nil;
+    if (const json path = state.value("targetedPath", json()); !path.is_null()) {
+        target = [NSURL fileURLWithPath:foundationString(path.get<std::string>()) isDirectory:YES];
+    }
+    [[FIFinderSyncController defaultController] beginWithSelectedItemURLs:urls targetedURL:target];
 }
 
-/// Finder's selection and target, given for as long as this lives.
-class FinderStateScope {
-   public:
-    explicit FinderStateScope(const simulator::FinderState& state) {
-        NSMutableArray<NSURL*>* urls = nil;
-        if (state.selectedPaths) {
-            urls = [NSMutableArray arrayWithCapacity:state.selectedPaths->size()];
-            for (const std::string& path : *state.selectedPaths) {
-                [urls addObject:[NSURL fileURLWithPath:foundationString(path)]];
-            }
-        }
-        NSURL* const target = state.targetedPath
-                                  ? [NSURL fileURLWithPath:foundationString(*state.targetedPath)
-                                               isDirectory:YES]
-                                  : nil;
-        [[FIFinderSyncController defaultController] beginWithSelectedItemURLs:urls
-                                                                  targetedURL:target];
-    }
-    FinderStateScope(const FinderStateScope&) = delete;
-    FinderStateScope& operator=(const FinderStateScope&) = delete;
-    ~FinderStateScope() { [[FIFinderSyncController defaultController] end]; }
-};
+/// Has `target` perform the action of `sender`, with Finder in `state`. Returns whether it can.
+bool perform(NSMenuItem* sender, id target, const json& state) {
+    beginFinderState(state);
+    const bool isPerformed = target != nil && [NSApp sendAction:sender.action
+                                                             to:target
+                                                           from:sender];
+    [[FIFinderSyncController defaultController] end];
+    return isPerformed;
+}
 
-ordered_json json(const quorva::FinderActionContext& context) {
+ordered_json shownContext(const quorva::FinderActionContext& context) {
     ordered_json selectedPaths = ordered_json::array();
     for (const quorva::FileURL& url : context.selectedURLs().urls()) {
         selectedPaths.push_back(url.path());
@@ -106,7 +96,7 @@ ordered_json representedObject(id object) {
         return nullptr;
     }
     if ([object isKindOfClass:[FinderActionContextObject class]]) {
-        return json(*[static_cast<FinderActionContextObject*>(object) context]);
+        return shownContext(*[static_cast<FinderActionContextObject*>(object) context]);
     }
     if ([object isKindOfClass:[NSDictionary class]]) {
         ordered_json shown = {{"type", "dictionary"}};
@@ -114,20 +104,6 @@ ordered_json representedObject(id object) {
         return shown;
     }
     return {{"type", "other"}, {"value", simulator::descriptionOfObject(object)}};
-}
-
-id foundationObject(const simulator::RepresentedObject& object) {
-    if (const auto* context =
-            std::get_if<std::shared_ptr<const quorva::FinderActionContext>>(&object)) {
-        return [[[FinderActionContextObject alloc] initWithContext:*context] autorelease];
-    }
-    if (const auto* dictionary = std::get_if<nlohmann::json>(&object)) {
-        return simulator::foundationObjectWithJSON(*dictionary);
-    }
-    if (const auto* text = std::get_if<std::string>(&object)) {
-        return [[[NSAttributedString alloc] initWithString:foundationString(*text)] autorelease];
-    }
-    return nil;
 }
 
 ordered_json shownMenu(NSMenu* menu);
@@ -169,8 +145,62 @@ ordered_json shownMenu(NSMenu* menu) {
     return {{"title", utf8String(menu.title)}, {"items", std::move(items)}};
 }
 
-/// The item of the last menu at `indexPath`, as the user reaches it: through submenus that open.
-std::expected<NSMenuItem*, std::string> clickableItem(const std::vector<std::size_t>& indexPath) {
+/// Makes the application object. macOS: a signal ends the process. GNUstep runs Objective-C in
+/// handlers of its own, which end, hang or abort the process, or do nothing; no signal gets there.
+void makeApplication() {
+    sigset_t signals;
+    sigset_t former;
+    sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        sigaddset(&signals, signal);
+    }
+    pthread_sigmask(SIG_BLOCK, &signals, &former);
+    [NSApplication sharedApplication];
+    for (const int signal : {SIGINT, SIGTERM}) {
+        std::signal(signal, SIG_DFL);
+    }
+    pthread_sigmask(SIG_SETMASK, &former, nullptr);
+}
+
+}  // namespace
+
+void simulator::enterExtension(const std::function<void()>& work) {
+    @autoreleasepool {
+        @try {
+            work();
+        } @catch (NSException* exception) {
+            std::fprintf(stderr, "the extension ended: it raised %s: %s\n",
+                         utf8String(exception.name).c_str(), utf8String(exception.reason).c_str());
+            _exit(1);
+        }
+    }
+}
+
+bool simulator::startExtension() {
+    // Without a window manager to ask, GNUstep complains of every style of window.
+    [[NSUserDefaults standardUserDefaults] registerDefaults:@{
+        @"GSX11HandlesWindowDecorations" : @(NO)
+    }];
+    makeApplication();
+    NSString* const name = [[NSBundle mainBundle].infoDictionary
+        valueForKeyPath:@"NSExtension.NSExtensionPrincipalClass"];
+    const Class principalClass = NSClassFromString(name);
+    if ([principalClass isSubclassOfClass:[FIFinderSync class]]) {
+        principalObject = [[principalClass alloc] init];
+    }
+    return principalObject != nil;
+}
+
+ordered_json simulator::requestMenu(unsigned long kind, const json& state) {
+    [lastMenu release];
+    beginFinderState(state);
+    lastMenu = [[principalObject menuForMenuKind:static_cast<FIMenuKind>(kind)] retain];
+    [[FIFinderSyncController defaultController] end];
+    return lastMenu == nil ? ordered_json() : shownMenu(lastMenu);
+}
+
+std::expected<void, std::string> simulator::clickItem(const std::vector<std::size_t>& indexPath,
+                                                      bool isRebuilt, const json& state) {
     if (lastMenu == nil) {
         return std::unexpected("there is no menu to click in: request one first");
     }
@@ -195,171 +225,83 @@ std::expected<NSMenuItem*, std::string> clickableItem(const std::vector<std::siz
     if (item.action == nullptr) {
         return std::unexpected("the index path leads to an item without an action");
     }
-    return item;
-}
-
-/// Makes the application object. macOS: a signal ends the process. GNUstep runs Objective-C in
-/// handlers of its own, which end, hang or abort the process, or do nothing; no signal gets there.
-void makeApplication() {
-    sigset_t signals;
-    sigset_t former;
-    sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM}) {
-        sigaddset(&signals, signal);
+    id target = item.target;
+    if (isRebuilt) {
+        NSMenuItem* const rebuilt = [[[NSMenuItem alloc] initWithTitle:item.title
+                                                                action:item.action
+                                                         keyEquivalent:@""] autorelease];
+        rebuilt.enabled = [item isEnabled];
+        rebuilt.tag = item.tag;
+        rebuilt.state = item.state;
+        rebuilt.indentationLevel = item.indentationLevel;
+        item = rebuilt;
+        target = principalObject;
     }
-    pthread_sigmask(SIG_BLOCK, &signals, &former);
-    [NSApplication sharedApplication];
-    for (const int signal : {SIGINT, SIGTERM}) {
-        std::signal(signal, SIG_DFL);
+    if (!perform(item, target, state)) {
+        return std::unexpected("nothing answers to the action of the item");
     }
-    pthread_sigmask(SIG_SETMASK, &former, nullptr);
+    return {};
 }
 
-}  // namespace
-
-std::expected<void, std::string> simulator::startExtension() {
-    std::expected<void, std::string> result;
-    enter("starting", [&] {
-        // Without a window manager to ask, GNUstep complains of every style of window.
-        [[NSUserDefaults standardUserDefaults] registerDefaults:@{
-            @"GSX11HandlesWindowDecorations" : @(NO)
-        }];
-        makeApplication();
-        NSDictionary* const description =
-            [[NSBundle mainBundle].infoDictionary objectForKey:@"NSExtension"];
-        if (![description isKindOfClass:[NSDictionary class]]) {
-            result = std::unexpected("Info.plist has no NSExtension dictionary");
-            return;
-        }
-        NSString* const name = [description objectForKey:@"NSExtensionPrincipalClass"];
-        if (![name isKindOfClass:[NSString class]]) {
-            result = std::unexpected("Info.plist names no NSExtensionPrincipalClass");
-            return;
-        }
-        const Class principalClass = NSClassFromString(name);
-        if (![principalClass isSubclassOfClass:[FIFinderSync class]]) {
-            result = std::unexpected(utf8String(name) + " is no subclass of FIFinderSync");
-            return;
-        }
-        principalObject = [[principalClass alloc] init];
-        if (principalObject == nil) {
-            result = std::unexpected(utf8String(name) + " could not be created");
-        }
-    });
-    return result;
-}
-
-ordered_json simulator::requestMenu(unsigned long kind, const FinderState& state) {
-    ordered_json shown;
-    enter("menuForMenuKind:", [&] {
-        [lastMenu release];
-        lastMenu = nil;
-        {
-            const FinderStateScope scope(state);
-            lastMenu = [[principalObject menuForMenuKind:static_cast<FIMenuKind>(kind)] retain];
-        }
-        if (lastMenu != nil) {
-            shown = shownMenu(lastMenu);
-        }
-    });
-    return shown;
-}
-
-std::expected<void, std::string> simulator::clickItem(const std::vector<std::size_t>& indexPath,
-                                                      Delivery delivery, const FinderState& state) {
-    std::expected<void, std::string> result;
-    enter("performFeatureChild:", [&] {
-        const auto clickable = clickableItem(indexPath);
-        if (!clickable) {
-            result = std::unexpected(clickable.error());
-            return;
-        }
-        NSMenuItem* sender = *clickable;
-        id target = sender.target;
-        if (delivery == Delivery::finder) {
-            NSMenuItem* const rebuilt = [[[NSMenuItem alloc] initWithTitle:sender.title
-                                                                    action:sender.action
-                                                             keyEquivalent:@""] autorelease];
-            rebuilt.enabled = [sender isEnabled];
-            rebuilt.tag = sender.tag;
-            rebuilt.state = sender.state;
-            rebuilt.indentationLevel = sender.indentationLevel;
-            sender = rebuilt;
-            target = principalObject;
-        }
-        const FinderStateScope scope(state);
-        if (target == nil || ![NSApp sendAction:sender.action to:target from:sender]) {
-            result = std::unexpected("nothing answers to the action of the item");
-        }
-    });
-    return result;
-}
-
-void simulator::sendItem(const SentItem& item, const FinderState& state) {
-    enter("performFeatureChild:", [&] {
-        NSMenuItem* const sender =
-            [[[NSMenuItem alloc] initWithTitle:foundationString(item.title)
-                                        action:@selector(performFeatureChild:)
-                                 keyEquivalent:@""] autorelease];
-        if (item.identifier) {
-            sender.identifier = foundationString(*item.identifier);
-        }
-        sender.tag = static_cast<NSInteger>(item.tag);
-        sender.representedObject = foundationObject(item.representedObject);
-        const FinderStateScope scope(state);
-        [NSApp sendAction:sender.action to:principalObject from:sender];
-    });
+void simulator::sendItem(const json& item, const quorva::FinderActionContextPointer& context,
+                         const json& state) {
+    NSMenuItem* const sender =
+        [[[NSMenuItem alloc] initWithTitle:foundationString(item["title"].get<std::string>())
+                                    action:@selector(performFeatureChild:)
+                             keyEquivalent:@""] autorelease];
+    if (const json identifier = item.value("identifier", json()); !identifier.is_null()) {
+        sender.identifier = foundationString(identifier.get<std::string>());
+    }
+    sender.tag = item.value("tag", NSInteger(0));
+    json object = item.value("representedObject", json());
+    if (context != nullptr) {
+        sender.representedObject =
+            [[[FinderActionContextObject alloc] initWithContext:context] autorelease];
+    } else if (!object.is_null() && object["type"] == "dictionary") {
+        object.erase("type");
+        sender.representedObject = foundationObjectWithJSON(object);
+    } else if (!object.is_null()) {
+        sender.representedObject = [[[NSAttributedString alloc]
+            initWithString:foundationString(object["value"].get<std::string>())] autorelease];
+    }
+    perform(sender, principalObject, state);
 }
 
 std::vector<std::string> simulator::monitoredPaths() {
     std::vector<std::string> paths;
-    enter("directoryURLs", [&] {
-        for (NSURL* url in [FIFinderSyncController defaultController].directoryURLs) {
-            paths.push_back(utf8String(url.path));
-        }
-    });
+    for (NSURL* url in [FIFinderSyncController defaultController].directoryURLs) {
+        paths.push_back(utf8String(url.path));
+    }
     return paths;
 }
 
 ordered_json simulator::toolbarItem() {
-    ordered_json result = {{"name", nullptr}, {"toolTip", nullptr}};
-    enter("toolbarItemName", [&] {
-        if ([principalObject respondsToSelector:@selector(toolbarItemName)]) {
-            result["name"] = utf8String(principalObject.toolbarItemName);
-        }
-        if ([principalObject respondsToSelector:@selector(toolbarItemToolTip)]) {
-            result["toolTip"] = utf8String(principalObject.toolbarItemToolTip);
-        }
-    });
-    return result;
+    return {{"name", utf8String(principalObject.toolbarItemName)},
+            {"toolTip", utf8String(principalObject.toolbarItemToolTip)}};
 }
 
 void simulator::runRunLoop(double seconds) {
-    enter("the run loop", [&] {
-        NSDate* const end = [NSDate dateWithTimeIntervalSinceNow:seconds];
-        while (end.timeIntervalSinceNow > 0) {
-            @autoreleasepool {
-                // It returns at once, and NO, when nothing is left that could wake it.
-                if (![[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode beforeDate:end]) {
-                    [NSThread sleepForTimeInterval:std::clamp(end.timeIntervalSinceNow, 0., .1)];
-                }
+    NSDate* const end = [NSDate dateWithTimeIntervalSinceNow:seconds];
+    while (end.timeIntervalSinceNow > 0) {
+        @autoreleasepool {
+            // It returns at once, and NO, when nothing is left that could wake it.
+            if (![[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode beforeDate:end]) {
+                [NSThread sleepForTimeInterval:std::clamp(end.timeIntervalSinceNow, 0., .1)];
             }
         }
-    });
+    }
 }
 
 void simulator::runRunLoopUntilReadable(int descriptor) {
-    enter("the run loop", [&] {
-        SimulatorReadabilityWatcher* const watcher =
-            [[[SimulatorReadabilityWatcher alloc] init] autorelease];
-        NSRunLoop* const runLoop = [NSRunLoop currentRunLoop];
-        void* const data = reinterpret_cast<void*>(static_cast<std::intptr_t>(descriptor));
-        [runLoop addEvent:data type:ET_RDESC watcher:watcher forMode:NSDefaultRunLoopMode];
-        while (!watcher->isReadable) {
-            @autoreleasepool {
-                [runLoop runMode:NSDefaultRunLoopMode beforeDate:[NSDate distantFuture]];
-            }
+    SimulatorReadabilityWatcher* const watcher =
+        [[[SimulatorReadabilityWatcher alloc] init] autorelease];
+    NSRunLoop* const runLoop = [NSRunLoop currentRunLoop];
+    void* const data = reinterpret_cast<void*>(static_cast<std::intptr_t>(descriptor));
+    [runLoop addEvent:data type:ET_RDESC watcher:watcher forMode:NSDefaultRunLoopMode];
+    while (!watcher->isReadable) {
+        @autoreleasepool {
+            [runLoop runMode:NSDefaultRunLoopMode beforeDate:[NSDate distantFuture]];
         }
-        [runLoop removeEvent:data type:ET_RDESC forMode:NSDefaultRunLoopMode all:YES];
-    });
+    }
+    [runLoop removeEvent:data type:ET_RDESC forMode:NSDefaultRunLoopMode all:YES];
 }

@@ -35,12 +35,13 @@ class RequestError : public std::runtime_error {
 
 // Reading a request.
 
-/// The member `key` of `object`.
+/// The member `key` of `object`, or else `fallback`.
 template <typename Member>
-Member member(const json& object, const std::string& key) {
+Member member(const json& object, const std::string& key,
+              std::optional<Member> fallback = std::nullopt) {
     const auto found = object.find(key);
     if (found == object.end()) {
-        throw RequestError("\"" + key + "\" is missing");
+        return fallback ? *fallback : throw RequestError("\"" + key + "\" is missing");
     }
     try {
         return found->get<Member>();
@@ -50,25 +51,11 @@ Member member(const json& object, const std::string& key) {
     }
 }
 
-/// The same, absent when there is none.
-template <typename Member>
-std::optional<Member> optionalMember(const json& object, const std::string& key) {
-    return object.contains(key) ? std::optional(member<Member>(object, key)) : std::nullopt;
-}
-
-/// The same, where null is as good as none.
-template <typename Member>
-std::optional<Member> nullableMember(const json& object, const std::string& key) {
-    const auto found = object.find(key);
-    return found == object.end() || found->is_null() ? std::nullopt
-                                                     : std::optional(member<Member>(object, key));
-}
-
-const json& requireObject(const json& value, const std::string& what) {
-    if (!value.is_object()) {
-        throw RequestError(what + " is not a JSON object");
-    }
-    return value;
+/// The string `key` of `object`, absent when it is missing or null.
+std::optional<std::string> nullableString(const json& object, const std::string& key) {
+    return member<json>(object, key, json()).is_null()
+               ? std::nullopt
+               : std::optional(member<std::string>(object, key));
 }
 
 template <typename Member>
@@ -93,77 +80,30 @@ void checkPath(const std::string& path) {
     }
 }
 
-FinderState finderState(const json& request) {
-    FinderState state;
-    state.selectedPaths = optionalMember<std::vector<std::string>>(request, "selectedPaths");
-    state.targetedPath = nullableMember<std::string>(request, "targetedPath");
-    for (const std::string& path : state.selectedPaths.value_or(std::vector<std::string>())) {
-        checkPath(path);
-    }
-    if (state.targetedPath) {
-        checkPath(*state.targetedPath);
-    }
-    return state;
+using Paths = std::vector<std::string>;
+
+/// `request`, whose selection and target have been checked.
+const json& checkedState(const json& request) {
+    std::ranges::for_each(member<Paths>(request, "selectedPaths", Paths()), checkPath);
+    checkPath(nullableString(request, "targetedPath").value_or("/"));
+    return request;
 }
 
-std::vector<std::size_t> indexPath(const json& request) {
-    const auto positions = member<json>(request, "indexPath");
-    if (!positions.is_array() || positions.empty() ||
-        !std::ranges::all_of(positions, &json::is_number_unsigned)) {
-        throw RequestError("\"indexPath\" must be an array of at least one position, from 0");
-    }
-    return positions.get<std::vector<std::size_t>>();
-}
-
-std::shared_ptr<const quorva::FinderActionContext> context(const json& source) {
+quorva::FinderActionContextPointer context(const json& source) {
     const auto action = finderFeatureActionWithText(member<std::string>(source, "action"));
     if (!action) {
         throw RequestError("\"action\" must be an action, written like copyPath(fullPath)");
     }
-    const FinderState state = finderState(source);
     std::vector<quorva::FileURL> selectedURLs;
-    for (const std::string& path : state.selectedPaths.value_or(std::vector<std::string>())) {
+    for (const auto& path : member<Paths>(checkedState(source), "selectedPaths", Paths())) {
         selectedURLs.push_back(quorva::FileURL::file(path));
     }
     return std::make_shared<const quorva::FinderActionContext>(
-        member<std::string>(source, "actionID"),
-        optionalMember<std::string>(source, "title").value_or(""), *action, std::move(selectedURLs),
-        state.targetedPath.transform(quorva::FileURL::directory),
-        optionalMember<std::string>(source, "destinationPath").value_or(""),
-        optionalMember<std::string>(source, "presetID").value_or(""));
-}
-
-RepresentedObject representedObject(json source) {
-    const auto type = member<std::string>(source, "type");
-    if (type == "FinderActionContext") {
-        return context(source);
-    }
-    if (type == "dictionary") {
-        source.erase("type");
-        return source;
-    }
-    if (type == "other") {
-        return member<std::string>(source, "value");
-    }
-    throw RequestError(R"("type" must be "FinderActionContext", "dictionary" or "other")");
-}
-
-SentItem sentItem(const json& request) {
-    const json source = requireObject(member<json>(request, "item"), "\"item\"");
-    SentItem item;
-    item.title = member<std::string>(source, "title");
-    item.identifier = nullableMember<std::string>(source, "identifier");
-    if (const auto tag = optionalMember<json>(source, "tag")) {
-        if (!tag->is_number_integer() ||
-            (tag->is_number_unsigned() && tag->get<std::uint64_t>() > INT64_MAX)) {
-            throw RequestError("\"tag\" must be an integer of 64 bits");
-        }
-        item.tag = tag->get<std::int64_t>();
-    }
-    if (const auto object = nullableMember<json>(source, "representedObject")) {
-        item.representedObject = representedObject(requireObject(*object, "\"representedObject\""));
-    }
-    return item;
+        member<std::string>(source, "actionID"), member<std::string>(source, "title", ""), *action,
+        std::move(selectedURLs),
+        nullableString(source, "targetedPath").transform(quorva::FileURL::directory),
+        member<std::string>(source, "destinationPath", ""),
+        member<std::string>(source, "presetID", ""));
 }
 
 // Carrying a request out: each operation returns its own members of the answer.
@@ -172,22 +112,45 @@ ordered_json answerMenu(const json& request) {
     const auto kind =
         oneOf<unsigned long>({{"items", 0}, {"container", 1}, {"sidebar", 2}, {"toolbar", 3}},
                              member<std::string>(request, "kind"), "kind");
-    return {{"menu", requestMenu(kind, finderState(request))}};
+    return {{"menu", requestMenu(kind, checkedState(request))}};
 }
 
 ordered_json answerClick(const json& request) {
-    const auto delivery = oneOf<Delivery>(
-        {{"intact", Delivery::intact}, {"finder", Delivery::finder}},
-        optionalMember<std::string>(request, "delivery").value_or("intact"), "delivery");
-    if (const auto clicked = clickItem(indexPath(request), delivery, finderState(request));
-        !clicked) {
+    const bool isRebuilt =
+        oneOf<bool>({{"intact", false}, {"finder", true}},
+                    member<std::string>(request, "delivery", "intact"), "delivery");
+    const auto positions = member<json>(request, "indexPath");
+    if (!positions.is_array() || positions.empty() ||
+        !std::ranges::all_of(positions, &json::is_number_unsigned)) {
+        throw RequestError("\"indexPath\" must be an array of at least one position, from 0");
+    }
+    if (const auto clicked = clickItem(positions, isRebuilt, checkedState(request)); !clicked) {
         throw RequestError(clicked.error());
     }
     return ordered_json::object();
 }
 
 ordered_json answerSend(const json& request) {
-    sendItem(sentItem(request), finderState(request));
+    const json item = member<json::object_t>(request, "item");
+    static_cast<void>(member<std::string>(item, "title"));
+    static_cast<void>(nullableString(item, "identifier"));
+    if (const auto tag = member<json>(item, "tag", 0);
+        !tag.is_number_integer() ||
+        (tag.is_number_unsigned() && tag.get<std::uint64_t>() > INT64_MAX)) {
+        throw RequestError("\"tag\" must be an integer of 64 bits");
+    }
+    quorva::FinderActionContextPointer represented;
+    if (const auto object = member<json>(item, "representedObject", json()); !object.is_null()) {
+        const auto type = member<std::string>(object, "type");
+        if (type == "FinderActionContext") {
+            represented = context(object);
+        } else if (type == "other") {
+            static_cast<void>(member<std::string>(object, "value"));
+        } else if (type != "dictionary") {
+            throw RequestError(R"("type" must be "FinderActionContext", "dictionary" or "other")");
+        }
+    }
+    sendItem(item, represented, checkedState(request));
     return ordered_json::object();
 }
 
@@ -251,7 +214,10 @@ void carryOut(std::string_view line, ordered_json& answer) {
     } catch (const json::exception&) {
         throw RequestError("the line is not JSON");
     }
-    const auto id = member<json>(requireObject(request, "the line"), "id");
+    if (!request.is_object()) {
+        throw RequestError("the line is not a JSON object");
+    }
+    const auto id = member<json>(request, "id");
     if (!id.is_string() && !id.is_number_integer()) {
         throw RequestError("\"id\" must be a string or an integer of 64 bits");
     }

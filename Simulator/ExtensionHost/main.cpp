@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -33,53 +32,6 @@ int takeOver(int descriptor, int replacement) {
     dup2(replacement, descriptor);
     return copy;
 }
-
-/// The lines of a descriptor. While it waits for one, the run loop runs.
-class LineReader {
- public:
-    explicit LineReader(int descriptor) : descriptor_(descriptor) {}
-
-    /// The next line without its line feed, which the last may lack. Nothing at the end of input.
-    /// The text is good until the next call.
-    std::optional<std::string_view> next() {
-        buffer_.erase(0, consumed_);
-        consumed_ = 0;
-        std::size_t searched = 0;
-        while (true) {
-            const std::size_t end = buffer_.find('\n', searched);
-            if (end != std::string::npos) {
-                consumed_ = end + 1;
-                return std::string_view(buffer_).substr(0, end);
-            }
-            searched = buffer_.size();
-            if (!readMore()) {
-                consumed_ = buffer_.size();
-                return buffer_.empty() ? std::nullopt : std::optional<std::string_view>(buffer_);
-            }
-        }
-    }
-
- private:
-    bool readMore() {
-        if (isAtEnd_) {
-            return false;
-        }
-        simulator::runRunLoopUntilReadable(descriptor_);
-        std::array<char, 1 << 16> chunk{};
-        const ssize_t count = read(descriptor_, chunk.data(), chunk.size());
-        if (count > 0) {
-            buffer_.append(chunk.data(), static_cast<std::size_t>(count));
-        } else if (count == 0 || (errno != EINTR && errno != EAGAIN)) {
-            isAtEnd_ = true;
-        }
-        return !isAtEnd_;
-    }
-
-    int descriptor_;
-    std::string buffer_;
-    std::size_t consumed_ = 0;
-    bool isAtEnd_ = false;
-};
 
 /// Writes a line. Whoever asked may be gone when the answer is ready, and a signal would not say
 /// so. Returns 0 or the error's number, with which the signal stays blocked and pending.
@@ -117,15 +69,37 @@ int main() {
     if (const auto display = simulator::ensureDisplay(); !display) {
         return fail(display.error());
     }
-    if (const auto started = simulator::startExtension(); !started) {
-        return fail(started.error());
+    bool hasStarted = false;
+    simulator::enterExtension([&] { hasStarted = simulator::startExtension(); });
+    if (!hasStarted) {
+        return fail("Info.plist names no principal class that is a subclass of FIFinderSync");
     }
 
-    LineReader lines(input);
-    while (const auto line = lines.next()) {
-        if (const int error = writeLine(output, simulator::answer(*line)); error != 0) {
-            return fail(std::string("an answer could not be written: ") + std::strerror(error));
+    std::string received;
+    std::array<char, 1 << 16> chunk{};
+    for (bool isAtEnd = false; !isAtEnd;) {
+        simulator::enterExtension([&] { simulator::runRunLoopUntilReadable(input); });
+        const ssize_t count = read(input, chunk.data(), chunk.size());
+        if (count < 0 && (errno == EINTR || errno == EAGAIN)) {
+            continue;
         }
+        isAtEnd = count <= 0;
+        std::size_t end = received.size();
+        if (!isAtEnd) {
+            received.append(chunk.data(), static_cast<std::size_t>(count));
+        } else if (!received.empty()) {
+            received += '\n';  // which the last line may lack
+        }
+        std::size_t start = 0;
+        for (; (end = received.find('\n', end)) != std::string::npos; start = ++end) {
+            const auto line = std::string_view(received).substr(start, end - start);
+            std::string answer;
+            simulator::enterExtension([&] { answer = simulator::answer(line); });
+            if (const int error = writeLine(output, answer); error != 0) {
+                return fail(std::string("an answer could not be written: ") + std::strerror(error));
+            }
+        }
+        received.erase(0, start);
     }
     return 0;
 }
