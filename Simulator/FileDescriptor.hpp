@@ -1,10 +1,13 @@
 #pragma once
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
+#include <string_view>
 #include <utility>
 
 namespace simulator {
@@ -35,6 +38,22 @@ class FileDescriptor {
 [[nodiscard]] inline FileDescriptor lockQueue(const std::filesystem::path& folder) {
     FileDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     return flock(descriptor.number(), LOCK_EX) == 0 ? std::move(descriptor) : FileDescriptor();
+}
+
+/// Writes all of `bytes`, waiting where `descriptor` does not. Returns 0 or the error's number.
+[[nodiscard]] inline int writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+        if (count >= 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno == EAGAIN) {
+            pollfd writable = {descriptor, POLLOUT, 0};
+            poll(&writable, 1, -1);
+        } else if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
 }
 
 }  // namespace simulator

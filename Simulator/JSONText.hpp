@@ -1,22 +1,17 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <stdexcept>
+#include <utility>
 
 namespace simulator {
 
-/// How deep arrays and objects may lie in one another: the library reads any depth, but copies and
-/// writes recursively.
-inline constexpr int jsonDepthLimit = 512;
-
 /// The document that `text` holds. Throws std::exception when it holds none, or one that is nested
-/// more deeply than `jsonDepthLimit`.
-template <typename Text>
-nlohmann::json parseJSON(const Text& text) {
-    using Event = nlohmann::json::parse_event_t;
-    return nlohmann::json::parse(text, [](int depth, Event event, const nlohmann::json&) {
-        if (depth >= jsonDepthLimit &&
-            (event == Event::array_start || event == Event::object_start)) {
+/// more than 512 deep: the library reads any depth, but copies and writes recursively.
+template <typename JSON, typename Text>
+JSON parseJSON(Text&& text) {
+    using Event = typename JSON::parse_event_t;
+    return JSON::parse(std::forward<Text>(text), [](int depth, Event event, const JSON&) {
+        if (depth >= 512 && (event == Event::array_start || event == Event::object_start)) {
             throw std::length_error("it is nested too deeply");
         }
         return true;

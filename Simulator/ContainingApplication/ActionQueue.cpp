@@ -9,18 +9,15 @@
 #include <tuple>
 #include <vector>
 
-#include "Simulator/Escaping.hpp"
 #include "Simulator/FileDescriptor.hpp"
-#include "Simulator/WriteAll.hpp"
+#include "Simulator/JSONText.hpp"
+#include "Simulator/Text.hpp"
 
 namespace simulator {
 namespace {
 
 using nlohmann::json;
 using std::filesystem::path;
-
-/// How deep arrays and objects may lie in one another: they are written recursively.
-constexpr int depthLimit = 512;
 
 void require(bool succeeded, const path& file) {
     if (!succeeded) {
@@ -61,9 +58,7 @@ Record record(const path& file) {
         throw std::runtime_error("it is not a file");
     }
     std::ifstream stream(file, std::ios::binary);
-    const json content = json::parse(stream, [](int depth, json::parse_event_t, json&) {
-        return depth <= depthLimit ? true : throw std::runtime_error("it is nested too deeply");
-    });
+    const auto content = parseJSON<json>(stream);
     (void)content.at("actionID").get_ref<const std::string&>();
     return {content.at("createdAt").get<double>(), file, content.dump()};
 }

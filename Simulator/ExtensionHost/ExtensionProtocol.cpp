@@ -206,10 +206,10 @@ void carryOut(std::string_view line, ordered_json& answer) {
             throw RequestError("the line is not JSON");
         }
         try {
-            request = parseJSON(line);
+            request = parseJSON<json>(line);
         } catch (const json::out_of_range&) {
             isInRange = false;
-            request = parseJSON(withoutNumbersOutOfRange(std::string(line)));
+            request = parseJSON<json>(withoutNumbersOutOfRange(std::string(line)));
         }
     } catch (const json::exception&) {
         throw RequestError("the line is not JSON");

@@ -15,8 +15,8 @@
 
 #include "Simulator/ExtensionHost/Extension.hpp"
 #include "Simulator/ExtensionHost/ExtensionProtocol.hpp"
-#include "Simulator/VirtualDisplay.hpp"
-#include "Simulator/WriteAll.hpp"
+#include "Simulator/ExtensionHost/VirtualDisplay.hpp"
+#include "Simulator/FileDescriptor.hpp"
 
 namespace {
 

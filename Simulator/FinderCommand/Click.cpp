@@ -6,11 +6,12 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <regex>
 #include <set>
 #include <thread>
 
-#include "Simulator/Escaping.hpp"
 #include "Simulator/FinderCommand/Terminal.hpp"
+#include "Simulator/Text.hpp"
 
 namespace simulator {
 namespace {
@@ -127,11 +128,9 @@ std::string clickText(const ordered_json& result) {
     std::string text = line("Clicked", styled(breadcrumbs(result["titles"]), Style::bold));
     for (const auto& [name, record] : result["records"].items()) {
         text += line("Record", styled(escaped(name), Style::dim));
-        std::string indented = "\n" + jsonText(record);
-        for (std::size_t at = 0; (at = indented.find('\n', at)) != std::string::npos; at += 17) {
-            indented.insert(at + 1, 16, ' ');
-        }
-        text += indented.substr(1) + "\n";
+        const std::string indentation(16, ' ');
+        text += indentation +
+                std::regex_replace(jsonText(record), std::regex("\n"), "\n" + indentation) + "\n";
     }
     if (result["records"].empty()) {
         text += line("Record", styled("none reached the queue", Style::bad));
@@ -144,16 +143,14 @@ std::string clickText(const ordered_json& result) {
                                          (userInfo.is_null() ? "" : " " + jsonText(userInfo, -1)));
         } else {
             const bool activates = event.at("activates");
-            text += line(
-                "Launch",
-                escaped(event.at("path").get<std::string>()) +
-                    styled(activates ? "  (to the front)" : "  (in the background)", Style::dim));
+            const char* const place = activates ? "  (to the front)" : "  (in the background)";
+            text += line("Launch",
+                         escaped(event.at("path").get<std::string>()) + styled(place, Style::dim));
         }
     }
     if (!result["performed"].empty()) {
-        text += line("Performed", styled("Quorva wrote the record down in Performed.jsonl and "
-                                         "deleted it",
-                                         Style::good));
+        const char* const outcome = "Quorva wrote the record down in Performed.jsonl and deleted it";
+        text += line("Performed", styled(outcome, Style::good));
     }
     return text;
 }

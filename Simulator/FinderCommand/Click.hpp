@@ -6,9 +6,24 @@
 
 #include "Simulator/FinderCommand/ExtensionProcess.hpp"
 #include "Simulator/FinderCommand/MenuEntry.hpp"
-#include "Simulator/FinderCommand/Options.hpp"
 
 namespace simulator {
+
+/// What the command line says. Paths are absolute; what was not said is empty.
+struct Options {
+    std::vector<std::string> selectedPaths;
+    std::string targetedPath;
+    std::string kind;
+    std::string home;
+    std::string accountHome;
+    std::string language;
+    std::string delivery;
+    bool launches = false;
+    bool keepsRunning = false;
+    bool printsJSON = false;
+    bool isVerbose = false;
+    std::vector<std::string> titles;
+};
 
 /// The "Quorva" folder of Application Support below the home folder that `HOME` names.
 std::filesystem::path quorvaFolder();

@@ -8,9 +8,8 @@
 #include <regex>
 #include <stdexcept>
 
-#include "Simulator/Escaping.hpp"
-#include "Simulator/FinderCommand/Click.hpp"
 #include "Simulator/FinderCommand/Terminal.hpp"
+#include "Simulator/Text.hpp"
 
 namespace simulator {
 namespace {

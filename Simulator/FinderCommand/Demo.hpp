@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "Simulator/FinderCommand/Options.hpp"
+#include "Simulator/FinderCommand/Click.hpp"
 
 namespace simulator {
 

@@ -15,15 +15,13 @@
 #include <system_error>
 #include <utility>
 
-#include "Simulator/Escaping.hpp"
+#include "Simulator/JSONText.hpp"
+#include "Simulator/Text.hpp"
 
 namespace simulator {
 namespace {
 
 using nlohmann::ordered_json;
-
-/// How deep a response may be nested: it is read and written recursively.
-constexpr int depthLimit = 512;
 
 void require(bool succeeded) {
     if (!succeeded) {
@@ -86,11 +84,7 @@ ordered_json ExtensionProcess::ask(const std::string& name, ordered_json request
             failEnded();
         }
     }
-    const ordered_json response = ordered_json::parse(
-        received_.substr(0, length), [](int depth, ordered_json::parse_event_t, ordered_json&) {
-            return depth <= depthLimit ? true
-                                       : throw std::runtime_error("the response is too deep");
-        });
+    const auto response = parseJSON<ordered_json>(received_.substr(0, length));
     received_.erase(0, length + 1);
     if (response.at("id") != lastID_) {
         throw std::runtime_error("the extension responded to another request");

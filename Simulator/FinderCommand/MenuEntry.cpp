@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "Simulator/Escaping.hpp"
 #include "Simulator/FinderCommand/Terminal.hpp"
+#include "Simulator/Text.hpp"
 
 namespace simulator {
 namespace {

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <system_error>
 
-#include "Simulator/Escaping.hpp"
+#include "Simulator/Text.hpp"
 
 namespace simulator {
 

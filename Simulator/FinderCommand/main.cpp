@@ -12,15 +12,13 @@
 #include <string>
 #include <vector>
 
-#include "Simulator/Escaping.hpp"
 #include "Simulator/FinderCommand/Click.hpp"
 #include "Simulator/FinderCommand/Demo.hpp"
 #include "Simulator/FinderCommand/ExtensionProcess.hpp"
 #include "Simulator/FinderCommand/MenuEntry.hpp"
-#include "Simulator/FinderCommand/Options.hpp"
 #include "Simulator/FinderCommand/Supervisor.hpp"
 #include "Simulator/FinderCommand/Terminal.hpp"
-#include "Simulator/UTF8.hpp"
+#include "Simulator/Text.hpp"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #import "Simulator/GNUstep/FileError.h"
-#include "Simulator/WriteAll.hpp"
+#include "Simulator/FileDescriptor.hpp"
 
 namespace {
 

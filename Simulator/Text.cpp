@@ -1,4 +1,4 @@
-#include "Simulator/Escaping.hpp"
+#include "Simulator/Text.hpp"
 
 #include "Cocoa/UTF16.hpp"
 
@@ -12,6 +12,10 @@ bool isHarmless(quorva::UTF16::value_type unit) {
 }
 
 }  // namespace
+
+bool isUTF8(std::string_view text) {
+    return quorva::utf8WithUTF16(quorva::utf16WithUTF8(text)) == text;
+}
 
 std::string escaped(std::string_view text, char16_t kept) {
     quorva::UTF16 result;
