@@ -1,10 +1,16 @@
 #include "Simulator/ContainingApplication/ActionQueue.hpp"
 
+#include <pwd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <set>
+#include <string>
 #include <system_error>
 #include <tuple>
 #include <vector>
@@ -63,51 +69,64 @@ Record record(const path& file) {
     return {content.at("createdAt").get<double>(), file, content.dump()};
 }
 
-}  // namespace
-
-void ActionQueue::drain() noexcept {
-    const path queue = folder_ / "ActionQueue";
-    try {
-        if (std::filesystem::exists(queue)) {
-            const FileDescriptor lock = lockQueue(queue);
-            require(lock.number() >= 0, queue);
-            drainLocked(queue);
-        }
-    } catch (const std::exception& exception) {
-        std::fprintf(stderr, "Quorva: the queue can't be drained: %s\n",
-                     escaped(exception.what()).c_str());
+/// The "Quorva" folder of Application Support.
+path quorvaFolder() {
+    const char* home = std::getenv("HOME");
+    if (home == nullptr || *home != '/') {
+        const passwd* const account = getpwuid(getuid());
+        home = account == nullptr ? "/" : account->pw_dir;
     }
+    return path(home) / "Library/Application Support/Quorva";
 }
 
-void ActionQueue::drainLocked(const path& queue) {
+/// Notes that `file`, which is not a record or can't be deleted, is not to be performed.
+void leaveAlone(std::set<path>& leftAlone, const path& file, const std::string& reason) {
+    leftAlone.insert(file);
+    std::fprintf(stderr, "Quorva: %s is left where it is: %s\n", escaped(file.native()).c_str(),
+                 escaped(reason).c_str());
+}
+
+void drain(const path& folder) {
+    static std::set<path> leftAlone;
+    const path queue = folder / "ActionQueue";
+    if (!std::filesystem::exists(queue)) {
+        return;
+    }
+    const FileDescriptor lock = lockQueue(queue);
+    require(lock.number() >= 0, queue);
     std::vector<Record> records;
     for (const auto& entry : std::filesystem::directory_iterator(queue)) {
         const path& file = entry.path();
-        if (file.extension() != ".json" || leftAlone_.contains(file)) {
+        if (file.extension() != ".json" || leftAlone.contains(file)) {
             continue;
         }
         try {
             records.push_back(record(file));
         } catch (const std::exception& exception) {
-            leaveAlone(file, exception.what());
+            leaveAlone(leftAlone, file, exception.what());
         }
     }
     std::ranges::sort(records, {},
                       [](const Record& record) { return std::tie(record.createdAt, record.file); });
     for (const Record& next : records) {
-        appendLine(folder_ / "Performed.jsonl", next.line);
+        appendLine(folder / "Performed.jsonl", next.line);
         std::error_code error;
         std::filesystem::remove(next.file, error);
         if (error) {
-            leaveAlone(next.file, "it can't be deleted: " + error.message());
+            leaveAlone(leftAlone, next.file, "it can't be deleted: " + error.message());
         }
     }
 }
 
-void ActionQueue::leaveAlone(const path& file, const std::string& reason) {
-    leftAlone_.insert(file);
-    std::fprintf(stderr, "Quorva: %s is left where it is: %s\n", escaped(file.native()).c_str(),
-                 escaped(reason).c_str());
+}  // namespace
+
+void drainQueue() noexcept {
+    try {
+        drain(quorvaFolder());
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "Quorva: the queue can't be drained: %s\n",
+                     escaped(exception.what()).c_str());
+    }
 }
 
 }  // namespace simulator

@@ -3,20 +3,17 @@
 
 #import <Foundation/Foundation.h>
 
-#include <pwd.h>
-#include <sys/signalfd.h>
-#include <unistd.h>
+#include <sys/eventfd.h>
 
 #include <csignal>
 #include <cstdint>
-#include <cstdlib>
+#include <initializer_list>
 
 #include "Simulator/ContainingApplication/ActionQueue.hpp"
 
 /// Drains the queue when told that something was queued, and notes the wish that it may end.
 @interface SimulatorContainingApplication : NSObject <RunLoopEvents> {
    @public
-    simulator::ActionQueue* queue;
     BOOL shouldEnd;
 }
 @end
@@ -24,7 +21,7 @@
 @implementation SimulatorContainingApplication
 
 - (void)handleActionQueued:(NSNotification*)notification {
-    queue->drain();
+    simulator::drainQueue();
 }
 
 - (void)receivedEvent:(void*)data
@@ -36,26 +33,21 @@
 
 @end
 
-int main() {
-    // Read at the run loop, so that the queue is not left in the middle of a record.
-    sigset_t ending;
-    sigemptyset(&ending);
-    sigaddset(&ending, SIGTERM);
-    sigaddset(&ending, SIGINT);
-    sigprocmask(SIG_BLOCK, &ending, nullptr);
-    const int signals = signalfd(-1, &ending, SFD_CLOEXEC);
+namespace {
 
-    const char* home = std::getenv("HOME");
-    if (home == nullptr || *home != '/') {
-        const passwd* account = getpwuid(getuid());
-        home = account == nullptr ? "/" : account->pw_dir;
+/// Readable once a signal has asked to end. Read at the run loop, so that the queue is not left in
+/// the middle of a record.
+const int endingDescriptor = eventfd(0, EFD_CLOEXEC);
+
+}  // namespace
+
+int main() {
+    for (const int signal : {SIGTERM, SIGINT}) {
+        std::signal(signal, [](int) { eventfd_write(endingDescriptor, 1); });
     }
-    simulator::ActionQueue queue(std::filesystem::path(home) /
-                                 "Library/Application Support/Quorva");
     @autoreleasepool {
         SimulatorContainingApplication* const application =
             [[[SimulatorContainingApplication alloc] init] autorelease];
-        application->queue = &queue;
         @try {
             [[NSDistributedNotificationCenter defaultCenter]
                 addObserver:application
@@ -66,10 +58,10 @@ int main() {
             NSLog(@"queued actions will not be noticed: %@", exception.reason);
         }
         // After the observer is there: what is queued meanwhile is noticed one way or the other.
-        queue.drain();
+        simulator::drainQueue();
 
         NSRunLoop* const runLoop = [NSRunLoop currentRunLoop];
-        [runLoop addEvent:reinterpret_cast<void*>(static_cast<std::intptr_t>(signals))
+        [runLoop addEvent:reinterpret_cast<void*>(static_cast<std::intptr_t>(endingDescriptor))
                      type:ET_RDESC
                   watcher:application
                   forMode:NSDefaultRunLoopMode];

@@ -82,11 +82,9 @@ void checkPath(const std::string& path) {
 
 using Paths = std::vector<std::string>;
 
-/// `request`, whose selection and target have been checked.
-const json& checkedState(const json& request) {
+void checkState(const json& request) {
     std::ranges::for_each(member<Paths>(request, "selectedPaths", Paths()), checkPath);
     checkPath(nullableString(request, "targetedPath").value_or("/"));
-    return request;
 }
 
 quorva::FinderActionContextPointer context(const json& source) {
@@ -94,8 +92,9 @@ quorva::FinderActionContextPointer context(const json& source) {
     if (!action) {
         throw RequestError("\"action\" must be an action, written like copyPath(fullPath)");
     }
+    checkState(source);
     std::vector<quorva::FileURL> selectedURLs;
-    for (const auto& path : member<Paths>(checkedState(source), "selectedPaths", Paths())) {
+    for (const auto& path : member<Paths>(source, "selectedPaths", Paths())) {
         selectedURLs.push_back(quorva::FileURL::file(path));
     }
     return std::make_shared<const quorva::FinderActionContext>(
@@ -112,7 +111,8 @@ ordered_json answerMenu(const json& request) {
     const auto kind =
         oneOf<unsigned long>({{"items", 0}, {"container", 1}, {"sidebar", 2}, {"toolbar", 3}},
                              member<std::string>(request, "kind"), "kind");
-    return {{"menu", requestMenu(kind, checkedState(request))}};
+    checkState(request);
+    return {{"menu", requestMenu(kind, request)}};
 }
 
 ordered_json answerClick(const json& request) {
@@ -124,7 +124,8 @@ ordered_json answerClick(const json& request) {
         !std::ranges::all_of(positions, &json::is_number_unsigned)) {
         throw RequestError("\"indexPath\" must be an array of at least one position, from 0");
     }
-    if (const auto clicked = clickItem(positions, isRebuilt, checkedState(request)); !clicked) {
+    checkState(request);
+    if (const auto clicked = clickItem(positions, isRebuilt, request); !clicked) {
         throw RequestError(clicked.error());
     }
     return ordered_json::object();
@@ -150,7 +151,8 @@ ordered_json answerSend(const json& request) {
             throw RequestError(R"("type" must be "FinderActionContext", "dictionary" or "other")");
         }
     }
-    sendItem(item, represented, checkedState(request));
+    checkState(request);
+    sendItem(item, represented, request);
     return ordered_json::object();
 }
 

@@ -1,6 +1,7 @@
 #include "Simulator/ExtensionHost/FinderFeatureActionText.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <initializer_list>
 #include <utility>
 #include <vector>
@@ -28,7 +29,7 @@ const ActionTexts actionTexts = [] {
     const auto add = [&]<typename Payload>(const std::string& name, Action (*action)(Payload),
                                            std::initializer_list<const char*> payloads) {
         for (int index = 0; const char* const payload : payloads) {
-            texts.emplace_back(action(static_cast<Payload>(index++)), name + "(" + payload + ")");
+            texts.emplace_back(action(std::bit_cast<Payload>(index++)), name + "(" + payload + ")");
         }
     };
     add("createFile", Action::createFile,

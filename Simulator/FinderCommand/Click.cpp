@@ -149,8 +149,8 @@ std::string clickText(const ordered_json& result) {
         }
     }
     if (!result["performed"].empty()) {
-        const char* const outcome = "Quorva wrote the record down in Performed.jsonl and deleted it";
-        text += line("Performed", styled(outcome, Style::good));
+        const char* const end = "Quorva wrote the record down in Performed.jsonl and deleted it";
+        text += line("Performed", styled(end, Style::good));
     }
     return text;
 }
