@@ -70,7 +70,7 @@ Record record(const path& file) {
 }
 
 /// The "Quorva" folder of Application Support.
-path quorvaFolder() {
+path supportFolder() {
     const char* home = std::getenv("HOME");
     if (home == nullptr || *home != '/') {
         const passwd* const account = getpwuid(getuid());
@@ -122,7 +122,7 @@ void drain(const path& folder) {
 
 void drainQueue() noexcept {
     try {
-        drain(quorvaFolder());
+        drain(supportFolder());
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "Quorva: the queue can't be drained: %s\n",
                      escaped(exception.what()).c_str());
