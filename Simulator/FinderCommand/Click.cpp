@@ -129,8 +129,9 @@ std::string clickText(const ordered_json& result) {
     for (const auto& [name, record] : result["records"].items()) {
         text += line("Record", styled(escaped(name), Style::dim));
         const std::string indentation(16, ' ');
-        text += indentation +
-                std::regex_replace(jsonText(record), std::regex("\n"), "\n" + indentation) + "\n";
+        text.append(indentation)
+            .append(std::regex_replace(jsonText(record), std::regex("\n"), "\n" + indentation))
+            .append("\n");
     }
     if (result["records"].empty()) {
         text += line("Record", styled("none reached the queue", Style::bad));
