@@ -121,13 +121,13 @@ class Demo {
                    Style::dim) +
             "\n");
         // Of several the last: behind the built-in ones come the user's own.
-        const auto found =
-            std::find_if(entries.rbegin(), entries.rend(), [&](const MenuEntry& entry) {
-                return entry.isClickable &&
-                       entry.item->value("/representedObject/actionID"_json_pointer, "")
-                           .starts_with(actionID);
-            });
-        if (found == entries.rend()) {
+        const auto lastFirst = std::views::reverse(entries);
+        const auto found = std::ranges::find_if(lastFirst, [&](const MenuEntry& entry) {
+            return entry.isClickable &&
+                   entry.item->value("/representedObject/actionID"_json_pointer, "")
+                       .starts_with(actionID);
+        });
+        if (found == lastFirst.end()) {
             say(styled("  There is none in this menu.", Style::dim) + "\n");
             return;
         }

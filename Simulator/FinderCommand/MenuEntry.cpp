@@ -34,7 +34,7 @@ std::string line(const MenuEntry& entry) {
     if (item.contains("separator")) {
         return styled("────────", Style::dim);
     }
-    const std::string title = escaped(entry.titles.back());
+    std::string title = escaped(entry.titles.back());
     const std::string arrow = item.contains("submenu") ? " ▸" : "";
     if (!item["enabled"]) {
         return styled("✕ " + title + arrow + "  (disabled)", Style::dim);
@@ -95,7 +95,7 @@ std::string menuTree(const ordered_json& menu) {
     }
     std::string tree;
     for (const MenuEntry& entry : menuEntries(menu)) {
-        tree += std::string(4 * entry.titles.size() - 2, ' ') + line(entry) + "\n";
+        tree += std::string((4 * entry.titles.size()) - 2, ' ') + line(entry) + "\n";
     }
     return tree.empty() ? styled("  (empty)", Style::dim) + "\n" : tree;
 }
