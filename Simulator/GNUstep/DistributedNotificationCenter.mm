@@ -11,7 +11,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -39,10 +38,6 @@ std::string socketPrefix() {
            std::to_string(std::hash<std::string>()(folder)) + "-";
 }
 
-std::string ownSocketName() {
-    return socketPrefix() + std::to_string(getpid());
-}
-
 /// The names of the sockets that listen.
 std::set<std::string> socketNames() {
     const std::string prefix = "@" + socketPrefix();
@@ -58,7 +53,7 @@ std::set<std::string> socketNames() {
 
 /// Calls `bind` or `connect` with the address of that name.
 template <typename Operation>
-bool perform(Operation operation, int descriptor, const std::string& name) {
+bool call(Operation operation, int descriptor, const std::string& name) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     const std::size_t length = name.copy(address.sun_path + 1, sizeof address.sun_path - 1);
@@ -81,23 +76,12 @@ bool isConnectedToOwnUser(int descriptor) {
            peer.uid == geteuid();
 }
 
-bool sendAll(int descriptor, NSData* message) {
-    const char* bytes = static_cast<const char*>(message.bytes);
-    for (NSUInteger sent = 0; sent < message.length;) {
-        const ssize_t count = send(descriptor, bytes + sent, message.length - sent, MSG_NOSIGNAL);
-        if (count < 0 && errno != EINTR) {
-            return false;
-        }
-        sent += count < 0 ? 0 : static_cast<NSUInteger>(count);
-    }
-    return true;
-}
-
 void sendMessage(NSData* message, const std::string& name) {
     const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     limitWaiting(descriptor);
-    const bool isSent = perform(connect, descriptor, name) && isConnectedToOwnUser(descriptor) &&
-                        sendAll(descriptor, message);
+    const bool isSent = call(connect, descriptor, name) && isConnectedToOwnUser(descriptor) &&
+                        send(descriptor, message.bytes, message.length, MSG_NOSIGNAL) ==
+                            static_cast<ssize_t>(message.length);
     // The process may have ended since its name was read.
     if (!isSent && errno != ECONNREFUSED && errno != EPIPE && errno != ECONNRESET) {
         NSLog(@"a notification did not reach the process %s: %s",
@@ -134,28 +118,9 @@ struct Observation {
     ObjectHolder<NSString> name;
     ObjectHolder<NSString> object;
     NSNotificationSuspensionBehavior behavior;
-    std::vector<ObjectHolder<NSNotification>> held;
-
-    [[nodiscard]] bool matches(NSNotification* notification) const {
-        return admits(name.get(), notification.name) && admits(object.get(), notification.object);
-    }
-
-    void hold(NSNotification* notification) {
-        if (behavior == NSNotificationSuspensionBehaviorDrop) {
-            return;
-        }
-        if (behavior == NSNotificationSuspensionBehaviorCoalesce) {
-            std::erase_if(held, [&](const auto& earlier) {
-                return [earlier.get().name isEqual:notification.name] &&
-                       (earlier.get().object == notification.object ||
-                        [earlier.get().object isEqual:notification.object]);
-            });
-        }
-        held.emplace_back(notification);
-    }
 };
 
-/// In the order of registration. They and the suspension belong to the main thread.
+/// In the order of registration. They, the suspension and what it holds belong to the main thread.
 std::map<unsigned long, Observation>& observations() {
     static auto& map = *new std::map<unsigned long, Observation>();
     return map;
@@ -163,49 +128,62 @@ std::map<unsigned long, Observation>& observations() {
 
 bool isSuspended = false;
 
-/// Calls `operation` for each observation, any of which may be removed meanwhile.
-void forEachObservation(const std::function<void(Observation&)>& operation) {
-    std::vector<unsigned long> numbers;
-    for (const auto& [number, observation] : observations()) {
-        numbers.push_back(number);
+struct Delivery {
+    unsigned long observation;
+    ObjectHolder<NSNotification> notification;
+
+    /// Whether a coalescing observer wants `later` in place of this one.
+    [[nodiscard]] bool isReplacedBy(const Delivery& later) const {
+        NSNotification* own = notification.get();
+        NSNotification* other = later.notification.get();
+        return observation == later.observation && [own.name isEqual:other.name] &&
+               (own.object == other.object || [own.object isEqual:other.object]);
     }
-    for (const unsigned long number : numbers) {
-        if (const auto found = observations().find(number); found != observations().end()) {
-            operation(found->second);
-        }
-    }
+};
+
+std::vector<Delivery>& held() {
+    static auto& deliveries = *new std::vector<Delivery>();
+    return deliveries;
 }
 
-void deliverHeld() {
-    forEachObservation([](Observation& observation) {
-        const id observer = observation.observer;
-        const SEL selector = observation.selector;
-        for (const auto& notification : std::exchange(observation.held, {})) {
-            [observer performSelector:selector withObject:notification.get()];
+/// Any observation may be removed meanwhile.
+void perform(const std::vector<Delivery>& deliveries) {
+    for (const Delivery& delivery : deliveries) {
+        if (const auto found = observations().find(delivery.observation);
+            found != observations().end()) {
+            [found->second.observer performSelector:found->second.selector
+                                         withObject:delivery.notification.get()];
         }
-    });
+    }
 }
 
 void deliver(NSNotification* notification, bool immediately) {
-    const auto isImmediate = [&](const Observation& observation) {
-        return immediately ||
-               observation.behavior == NSNotificationSuspensionBehaviorDeliverImmediately;
-    };
-    // As if the suspension ended for a moment: what is held comes first.
-    if (std::ranges::any_of(observations(), [&](const auto& entry) {
-            return isImmediate(entry.second) && entry.second.matches(notification);
-        })) {
-        deliverHeld();
+    std::vector<Delivery> due;
+    std::vector<Delivery> later;
+    for (const auto& [number, observation] : observations()) {
+        if (!admits(observation.name.get(), notification.name) ||
+            !admits(observation.object.get(), notification.object)) {
+            continue;
+        }
+        const Delivery delivery{number, ObjectHolder<NSNotification>(notification)};
+        if (!isSuspended || immediately ||
+            observation.behavior == NSNotificationSuspensionBehaviorDeliverImmediately) {
+            due.push_back(delivery);
+        } else if (observation.behavior != NSNotificationSuspensionBehaviorDrop) {
+            later.push_back(delivery);
+        }
     }
-    forEachObservation([&](Observation& observation) {
-        if (!observation.matches(notification)) {
-            return;
+    // As if the suspension ended for a moment: what is held comes first.
+    const auto earlier = due.empty() ? std::vector<Delivery>() : std::exchange(held(), {});
+    for (const Delivery& delivery : later) {
+        if (observations().at(delivery.observation).behavior ==
+            NSNotificationSuspensionBehaviorCoalesce) {
+            std::erase_if(held(), [&](const Delivery& old) { return old.isReplacedBy(delivery); });
         }
-        if (isSuspended && !isImmediate(observation)) {
-            return observation.hold(notification);
-        }
-        [observation.observer performSelector:observation.selector withObject:notification];
-    });
+        held().push_back(delivery);
+    }
+    perform(earlier);
+    perform(due);
 }
 
 }  // namespace
@@ -224,12 +202,8 @@ void deliver(NSNotification* notification, bool immediately) {
                 object:(NSString*)object
     suspensionBehavior:(NSNotificationSuspensionBehavior)behavior {
     static unsigned long count = 0;
-    observations().emplace(++count, Observation{observer,
-                                                selector,
-                                                ObjectHolder<NSString>(name),
-                                                ObjectHolder<NSString>(object),
-                                                behavior,
-                                                {}});
+    observations().emplace(++count, Observation{observer, selector, ObjectHolder<NSString>(name),
+                                                ObjectHolder<NSString>(object), behavior});
     [self simulatorListen];
 }
 
@@ -253,13 +227,8 @@ void deliver(NSNotification* notification, bool immediately) {
                                                                  userInfo == nil ? @{} : userInfo,
                                                                  object, nil]];
         for (const std::string& socketName : socketNames()) {
-            if (socketName != ownSocketName()) {
-                sendMessage(message, socketName);
-            }
+            sendMessage(message, socketName);
         }
-        [self performSelectorOnMainThread:@selector(simulatorReceive:)
-                               withObject:message
-                            waitUntilDone:NO];
     } @catch (NSException* exception) {
         NSLog(@"notification %@ was not delivered: %@", name, exception.reason);
     }
@@ -272,7 +241,7 @@ void deliver(NSNotification* notification, bool immediately) {
 - (void)setSuspended:(BOOL)suspended {
     isSuspended = suspended;
     if (!suspended) {
-        deliverHeld();
+        perform(std::exchange(held(), {}));
     }
 }
 
@@ -284,7 +253,8 @@ void deliver(NSNotification* notification, bool immediately) {
     }
     listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     @try {
-        if (!perform(bind, listener, ownSocketName()) || listen(listener, SOMAXCONN) != 0) {
+        if (!call(bind, listener, socketPrefix() + std::to_string(getpid())) ||
+            listen(listener, SOMAXCONN) != 0) {
             NSLog(@"notifications of other processes are not observed: %s", std::strerror(errno));
             return;
         }

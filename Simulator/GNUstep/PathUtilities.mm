@@ -4,7 +4,7 @@
 
 // macOS: the account that the process runs for. Here the simulator's user may name another one, for
 // the extension alone: the linker gives the simulator's programs these functions in place of
-// GNUstep's (`--wrap`), while GNUstep and its notification daemon go on with the real account.
+// GNUstep's (`--wrap`), while GNUstep goes on with the real account.
 
 extern "C" {
 
