@@ -1,12 +1,11 @@
 #import <Foundation/Foundation.h>
 #include <os/log.h>
 
-#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
 #include <regex>
 #include <string>
+#include <string_view>
 
 #import "Cocoa/StringConversion.h"
 #include "Simulator/EventRecorder.hpp"
@@ -37,64 +36,37 @@ std::string filledIn(const std::smatch& field, Arguments& arguments) {
     bool isPublic = words.find("public") != std::string::npos;
     const bool isPrivate =
         words.find("private") != std::string::npos || words.find("sensitive") != std::string::npos;
+    const char kind = field[4].str()[0];
+    if (kind == '%') {
+        return "%";
+    }
     std::string text;
-    switch (field[4].str()[0]) {
-        case '%':
-            return "%";
-        case 'm':
-            return std::strerror(errno);
-        case '@':
-            text = quorva::utf8String([va_arg(arguments.list, id) description]);
-            break;
-        case 's':
-            text = formatted(conversion, va_arg(arguments.list, const char*));
-            break;
-        case 'p':
-            isPublic = true;
-            text = formatted(conversion, va_arg(arguments.list, void*));
-            break;
-        case 'a':
-        case 'A':
-        case 'e':
-        case 'E':
-        case 'f':
-        case 'F':
-        case 'g':
-        case 'G':
-            isPublic = true;
-            text = formatted(conversion, va_arg(arguments.list, double));
-            break;
-        default: {
-            isPublic = true;
-            const bool isLong = !length.empty() && length[0] != 'h';
-            const long value =
-                isLong ? va_arg(arguments.list, long) : long{va_arg(arguments.list, int)};
-            if (words.find("bool") != std::string::npos) {
-                text = value != 0 ? "true" : "false";
-            } else if (words.find("BOOL") != std::string::npos) {
-                text = value != 0 ? "YES" : "NO";
-            } else {
-                text = isLong ? formatted(conversion, value)
-                              : formatted(conversion, static_cast<int>(value));
-            }
-        }
+    if (kind == '@') {
+        text = quorva::utf8String([va_arg(arguments.list, id) description]);
+    } else if (kind == 's') {
+        text = formatted(conversion, va_arg(arguments.list, const char*));
+    } else if (std::string_view("aAeEfFgG").contains(kind)) {
+        isPublic = true;
+        text = formatted(conversion, va_arg(arguments.list, double));
+    } else {
+        isPublic = true;
+        const bool isLong = !length.empty() && length[0] != 'h';
+        const long value =
+            isLong ? va_arg(arguments.list, long) : long{va_arg(arguments.list, int)};
+        text = words.find("bool") != std::string::npos   ? (value != 0 ? "true" : "false")
+               : words.find("BOOL") != std::string::npos ? (value != 0 ? "YES" : "NO")
+               : isLong                                  ? formatted(conversion, value)
+                        : formatted(conversion, static_cast<int>(value));
     }
     return isPublic && !isPrivate ? text : "<private>";
 }
 
 const char* nameOfLevel(os_log_type_t type) {
-    switch (type) {
-        case OS_LOG_TYPE_INFO:
-            return "info";
-        case OS_LOG_TYPE_DEBUG:
-            return "debug";
-        case OS_LOG_TYPE_ERROR:
-            return "error";
-        case OS_LOG_TYPE_FAULT:
-            return "fault";
-        default:
-            return "default";
-    }
+    return type == OS_LOG_TYPE_INFO    ? "info"
+           : type == OS_LOG_TYPE_DEBUG ? "debug"
+           : type == OS_LOG_TYPE_ERROR ? "error"
+           : type == OS_LOG_TYPE_FAULT ? "fault"
+                                       : "default";
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ os_log_t os_log_create(const char* subsystem, const char* category);
 /// Emits a record with the fields of `format` filled in, as macOS shows it to a reader without
 /// privileges: a field marked private or sensitive, and a string or an object that is not marked
 /// public, is "<private>". Numbers are public. `%{bool}d` is "true" or "false", `%{BOOL}d` "YES" or
-/// "NO"; other words in the braces don't count.
+/// "NO"; other words in the braces don't count. Neither `%m` nor `%p` is known.
 void os_log_with_type(os_log_t log, os_log_type_t type, const char* format, ...)
     __attribute__((format(os_log, 3, 4)));
 }
