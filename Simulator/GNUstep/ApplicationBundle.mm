@@ -1,5 +1,7 @@
 #import "Simulator/GNUstep/ApplicationBundle.h"
 
+#import "Cocoa/ObjectHolder.h"
+
 NSDictionary* simulator::infoDictionaryOfBundle(NSString* path) {
     NSString* infoPath = [path stringByAppendingPathComponent:@"Contents/Info.plist"];
     NSError* error = nil;
@@ -17,6 +19,12 @@ NSString* simulator::bundlePathOfExecutable(NSString* executablePath) {
     return [folder hasSuffix:@"/Contents/MacOS"]
                ? folder.stringByDeletingLastPathComponent.stringByDeletingLastPathComponent
                : nil;
+}
+
+NSString* simulator::ownBundlePath() {
+    static const quorva::ObjectHolder<NSString> path(bundlePathOfExecutable(
+        [[NSFileManager defaultManager] pathContentOfSymbolicLinkAtPath:@"/proc/self/exe"]));
+    return path.get();
 }
 
 NSString* simulator::executablePathOfBundle(NSString* path) {

@@ -6,13 +6,9 @@
 #import "Simulator/GNUstep/ApplicationBundle.h"
 #import "Simulator/GNUstep/MethodExchange.h"
 
-namespace {
+using simulator::ownBundlePath;
 
-NSString* ownBundlePath() {
-    static const quorva::ObjectHolder<NSString> path(simulator::bundlePathOfExecutable(
-        [[NSFileManager defaultManager] pathContentOfSymbolicLinkAtPath:@"/proc/self/exe"]));
-    return path.get();
-}
+namespace {
 
 NSDictionary* ownInfoDictionary() {
     static const quorva::ObjectHolder<NSDictionary> info(
@@ -41,7 +37,6 @@ NSDictionary* ownStringTable() {
 }  // namespace
 
 @interface NSBundle (Simulator)
-- (NSString*)simulatorBundlePath;
 - (NSURL*)simulatorBundleURL;
 - (NSDictionary*)simulatorInfoDictionary;
 - (NSString*)simulatorLocalizedStringForKey:(NSString*)key
@@ -55,7 +50,6 @@ NSDictionary* ownStringTable() {
 @implementation NSBundle (Simulator)
 
 + (void)load {
-    simulator::exchangeMethods(self, @selector(bundlePath), @selector(simulatorBundlePath));
     simulator::exchangeMethods(self, @selector(bundleURL), @selector(simulatorBundleURL));
     simulator::exchangeMethods(self, @selector(infoDictionary), @selector(simulatorInfoDictionary));
     simulator::exchangeMethods(self, @selector(localizedStringForKey:value:table:),
@@ -64,10 +58,6 @@ NSDictionary* ownStringTable() {
 
 - (BOOL)simulatorIsApplicationBundle {
     return self == [NSBundle mainBundle] && ownBundlePath() != nil;
-}
-
-- (NSString*)simulatorBundlePath {
-    return [self simulatorIsApplicationBundle] ? ownBundlePath() : [self simulatorBundlePath];
 }
 
 - (NSURL*)simulatorBundleURL {

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
+#include <map>
 #include <string>
 
 #import "Simulator/GNUstep/FileError.h"
@@ -19,26 +19,16 @@ std::filesystem::path homeDirectory() {
     return account == nullptr ? "/" : account->pw_dir;
 }
 
-std::optional<std::filesystem::path> standardDirectory(NSSearchPathDirectory directory) {
-    switch (static_cast<unsigned long>(directory)) {
-        case NSDocumentDirectory:
-            return homeDirectory() / "Documents";
-        case NSDesktopDirectory:
-            return homeDirectory() / "Desktop";
-        case NSApplicationSupportDirectory:
-            return homeDirectory() / "Library" / "Application Support";
-        case NSDownloadsDirectory:
-            return homeDirectory() / "Downloads";
-        case NSMoviesDirectory:
-            return homeDirectory() / "Movies";
-        case NSMusicDirectory:
-            return homeDirectory() / "Music";
-        case NSPicturesDirectory:
-            return homeDirectory() / "Pictures";
-        default:
-            return std::nullopt;
-    }
-}
+/// The standard directories, in the home directory.
+const std::map<NSSearchPathDirectory, const char*> standardDirectories = {
+    {NSDocumentDirectory, "Documents"},
+    {NSDesktopDirectory, "Desktop"},
+    {NSApplicationSupportDirectory, "Library/Application Support"},
+    {NSDownloadsDirectory, "Downloads"},
+    {NSMoviesDirectory, "Movies"},
+    {NSMusicDirectory, "Music"},
+    {NSPicturesDirectory, "Pictures"},
+};
 
 NSURL* directoryURL(const std::filesystem::path& path) {
     return [NSURL fileURLWithPath:[NSString stringWithUTF8String:path.c_str()] isDirectory:YES];
@@ -54,9 +44,9 @@ NSURL* directoryURL(const std::filesystem::path& path) {
 
 - (NSArray<NSURL*>*)URLsForDirectory:(NSSearchPathDirectory)directory
                            inDomains:(NSSearchPathDomainMask)domainMask {
-    const auto path = standardDirectory(directory);
-    return path && (domainMask & NSUserDomainMask) != 0
-               ? [NSArray arrayWithObject:directoryURL(*path)]
+    const auto found = standardDirectories.find(directory);
+    return found != standardDirectories.end() && (domainMask & NSUserDomainMask) != 0
+               ? [NSArray arrayWithObject:directoryURL(homeDirectory() / found->second)]
                : [NSArray array];
 }
 

@@ -48,39 +48,35 @@ json simulator::jsonWithFoundationObject(id object, std::string (*otherwise)(id)
 }
 
 id simulator::foundationObjectWithJSON(const json& value) {
-    switch (value.type()) {
-        case json::value_t::boolean:
-            return [NSNumber numberWithBool:value.get<bool>()];
-        case json::value_t::number_integer:
-            return [NSNumber numberWithLongLong:value.get<std::int64_t>()];
-        case json::value_t::number_unsigned:
-            return value.get<std::uint64_t>() > INT64_MAX
-                       ? [NSNumber numberWithUnsignedLongLong:value.get<std::uint64_t>()]
-                       : [NSNumber numberWithLongLong:value.get<std::int64_t>()];
-        case json::value_t::number_float:
-            return [NSNumber numberWithDouble:value.get<double>()];
-        case json::value_t::string:
-            return quorva::foundationString(value.get_ref<const std::string&>());
-        case json::value_t::array: {
-            NSMutableArray* const array = [NSMutableArray arrayWithCapacity:value.size()];
-            for (const json& element : value) {
-                [array addObject:foundationObjectWithJSON(element)];
-            }
-            return array;
+    if (value.is_array()) {
+        NSMutableArray* const array = [NSMutableArray arrayWithCapacity:value.size()];
+        for (const json& element : value) {
+            [array addObject:foundationObjectWithJSON(element)];
         }
-        case json::value_t::object: {
-            NSMutableDictionary* const dictionary =
-                [NSMutableDictionary dictionaryWithCapacity:value.size()];
-            for (const auto& [key, element] : value.items()) {
-                [dictionary setObject:foundationObjectWithJSON(element)
-                               forKey:quorva::foundationString(key)];
-            }
-            return dictionary;
-        }
-        case json::value_t::null:
-        case json::value_t::binary:
-        case json::value_t::discarded:
-            break;
+        return array;
     }
-    return [NSNull null];
+    if (value.is_object()) {
+        NSMutableDictionary* const dictionary =
+            [NSMutableDictionary dictionaryWithCapacity:value.size()];
+        for (const auto& [key, element] : value.items()) {
+            [dictionary setObject:foundationObjectWithJSON(element)
+                           forKey:quorva::foundationString(key)];
+        }
+        return dictionary;
+    }
+    if (value.is_string()) {
+        return quorva::foundationString(value.get_ref<const std::string&>());
+    }
+    if (value.is_boolean()) {
+        return [NSNumber numberWithBool:value.get<bool>()];
+    }
+    if (value.is_number_float()) {
+        return [NSNumber numberWithDouble:value.get<double>()];
+    }
+    if (!value.is_number()) {
+        return [NSNull null];
+    }
+    return value.is_number_unsigned() && value.get<std::uint64_t>() > INT64_MAX
+               ? [NSNumber numberWithUnsignedLongLong:value.get<std::uint64_t>()]
+               : [NSNumber numberWithLongLong:value.get<std::int64_t>()];
 }

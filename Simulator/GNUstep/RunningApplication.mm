@@ -41,8 +41,7 @@
 /// is the bundle around it: an application of another build is another one.
 + (NSArray*)runningApplicationsWithBundleIdentifier:(NSString*)bundleIdentifier {
     NSMutableArray* applications = [NSMutableArray array];
-    NSString* own = simulator::bundlePathOfExecutable(
-        [[NSFileManager defaultManager] pathContentOfSymbolicLinkAtPath:@"/proc/self/exe"]);
+    NSString* own = simulator::ownBundlePath();
     for (const simulator::Process& process : simulator::processes()) {
         NSString* path = simulator::bundlePathOfExecutable(
             [NSString stringWithUTF8String:process.executable.c_str()]);
