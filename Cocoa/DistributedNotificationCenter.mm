@@ -2,16 +2,17 @@
 
 #import <Foundation/Foundation.h>
 
+#import "Cocoa/ErrorConversion.h"
 #import "Cocoa/StringConversion.h"
 
-void quorva::platform::postDistributedNotification(std::string_view name) {
+quorva::Result<void> quorva::platform::postDistributedNotification(std::string_view name) {
     @try {
         [[NSDistributedNotificationCenter defaultCenter] postNotificationName:foundationString(name)
                                                                        object:nil
                                                                      userInfo:nil
                                                            deliverImmediately:YES];
+        return {};
     } @catch (NSException* exception) {
-        NSLog(@"QuorvaFinderExtension: posting a distributed notification failed: %@",
-              exception.reason);
+        return std::unexpected(platformError(exception));
     }
 }

@@ -40,6 +40,9 @@ std::optional<char> FileHandle::lastByte() const {
 Result<void> FileHandle::write(std::string_view bytes) const {
     while (!bytes.empty()) {
         const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
+        if (count == 0) {
+            return std::unexpected(Error{"Nothing was written."});
+        }
         if (count < 0 && errno != EINTR) {
             return std::unexpected(lastSystemError());
         }

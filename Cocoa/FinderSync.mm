@@ -17,8 +17,8 @@ NSString* settingsChangedNotificationName() {
     return foundationString(FinderExtension::settingsChangedNotificationName);
 }
 
-/// `text` as an autoreleased string, nil should making it fail.
-NSString* contained(std::string_view operation, std::string_view text) {
+/// `text` as an autoreleased string, nil if that fails.
+NSString* containedString(std::string_view operation, std::string_view text) {
     NSString* string = nil;
     enterFromSystem(operation, [&] { string = [foundationString(text) retain]; });
     return [string autorelease];
@@ -57,11 +57,11 @@ NSString* contained(std::string_view operation, std::string_view text) {
 }
 
 - (NSString*)toolbarItemName {
-    return contained("toolbar item name", FinderExtension::toolbarItemName);
+    return containedString("toolbar item name", FinderExtension::toolbarItemName);
 }
 
 - (NSString*)toolbarItemToolTip {
-    return contained("toolbar item tool tip", FinderExtension::toolbarItemToolTip);
+    return containedString("toolbar item tool tip", FinderExtension::toolbarItemToolTip);
 }
 
 // Finder shows a toolbar item only when it has an image too.

@@ -3,6 +3,7 @@
 #import <FinderSync/FinderSync.h>
 #import <Foundation/Foundation.h>
 
+#import "Cocoa/ErrorConversion.h"
 #import "Cocoa/URLConversion.h"
 
 std::optional<std::vector<quorva::FileURL>> quorva::platform::selectedItemURLs() {
@@ -23,14 +24,15 @@ std::optional<quorva::FileURL> quorva::platform::targetedURL() {
     }
 }
 
-void quorva::platform::setDirectoryURLs(const std::set<FileURL>& urls) {
+quorva::Result<void> quorva::platform::setDirectoryURLs(const std::set<FileURL>& urls) {
     @try {
         NSMutableSet<NSURL*>* directoryURLs = [NSMutableSet setWithCapacity:urls.size()];
         for (const FileURL& url : urls) {
             [directoryURLs addObject:foundationURL(url)];
         }
         [FIFinderSyncController defaultController].directoryURLs = directoryURLs;
+        return {};
     } @catch (NSException* exception) {
-        NSLog(@"QuorvaFinderExtension: setting the monitored folders failed: %@", exception.reason);
+        return std::unexpected(platformError(exception));
     }
 }

@@ -82,8 +82,9 @@ quorva::MenuItem quorva::menuItem(NSMenuItem* item) {
         item.action != nullptr && sel_isEqual(item.action, @selector(performFeatureChild:));
     result.action = isActionable ? MenuItem::Action::performFeatureChild : MenuItem::Action::none;
     result.enabled = [item isEnabled];
-    if (NSString* identifier = item.identifier) {
-        result.identifier = utf8String(identifier);
+    // An empty identifier identifies nothing.
+    if (item.identifier.length > 0) {
+        result.identifier = utf8String(item.identifier);
     }
     result.tag = item.tag;
     result.representedObject = ::representedObject(item.representedObject);

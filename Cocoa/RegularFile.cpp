@@ -4,10 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <span>
 #include <system_error>
+#include <utility>
 
 #include "Platform/Data.hpp"
 
@@ -38,7 +38,10 @@ Error lastSystemError() {
 }
 
 Result<int> openRegularFile(const FileURL& url, int flags) {
-    const int descriptor = ::open(url.path().c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    int descriptor = -1;
+    do {
+        descriptor = ::open(url.path().c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    } while (descriptor < 0 && errno == EINTR);
     if (descriptor < 0) {
         return std::unexpected(lastSystemError());
     }
@@ -57,15 +60,19 @@ Result<Data> platform::dataWithContentsOfRegularFile(const FileURL& url, std::si
     }
     struct stat status{};
     ::fstat(*descriptor, &status);
-    // One byte more than there is, so that a file that grows meanwhile is seen to.
-    Data data(std::min(static_cast<std::size_t>(status.st_size), byteLimit) + 1);
+    if (std::cmp_greater(status.st_size, byteLimit)) {
+        ::close(*descriptor);
+        return std::unexpected(Error{"The file is too large."});
+    }
+    // One byte more than there is, so that a file that grows meanwhile is noticed.
+    Data data(static_cast<std::size_t>(status.st_size) + 1);
     const Result<std::size_t> count = readAll(*descriptor, data);
     ::close(*descriptor);
     if (!count) {
         return std::unexpected(count.error());
     }
     if (*count == data.size()) {
-        return std::unexpected(Error{"The file is too large, or grows."});
+        return std::unexpected(Error{"The file grew while it was read."});
     }
     data.resize(*count);
     return data;

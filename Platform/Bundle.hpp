@@ -8,7 +8,7 @@
 namespace quorva::platform {
 
 /// The bundle that this process runs from: the extension's own, not the containing application's.
-/// The root, should the platform fail to tell.
+/// The root, if the platform can't tell.
 [[nodiscard]] FileURL mainBundleURL();
 
 /// The string for `key` in the main bundle's default string table, in the user's language. `key`

@@ -5,7 +5,7 @@
 
 namespace quorva {
 
-/// Why a platform call failed, in the platform's own words.
+/// Why a platform call failed, in the platform's own words or, where it has none, in ours.
 ///
 /// The one error type of the whole extension. It carries what is reported and nothing to branch on:
 /// no caller treats one failure differently from another.

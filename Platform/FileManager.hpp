@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,7 +21,7 @@ enum class SearchPathDirectory : unsigned long {
 };
 
 /// The home directory of the current user as this process sees it: inside the App Sandbox, the
-/// process's container. The root, should the platform fail to tell.
+/// process's container. The root, if the platform can't tell.
 [[nodiscard]] FileURL homeDirectoryForCurrentUser();
 
 /// The user-domain locations of `directory`, best first. Empty when the platform knows none. The

@@ -4,6 +4,7 @@
 #include <set>
 #include <vector>
 
+#include "Platform/Error.hpp"
 #include "Platform/FileURL.hpp"
 
 namespace quorva::platform {
@@ -16,8 +17,7 @@ namespace quorva::platform {
 /// other than a menu request or a click.
 [[nodiscard]] std::optional<FileURL> targetedURL();
 
-/// Replaces the set of folders for which Finder asks this extension for menus. A failure is written
-/// to the console and not reported.
-void setDirectoryURLs(const std::set<FileURL>& urls);
+/// Replaces the set of folders for which Finder asks this extension for menus.
+[[nodiscard]] Result<void> setDirectoryURLs(const std::set<FileURL>& urls);
 
 }  // namespace quorva::platform

@@ -6,7 +6,7 @@
 namespace quorva::platform {
 
 /// How many applications with `bundleIdentifier` are running in the user's session. None,
-/// should the platform fail to tell.
+/// if the platform can't tell.
 [[nodiscard]] std::size_t runningApplicationCount(std::string_view bundleIdentifier);
 
 }  // namespace quorva::platform

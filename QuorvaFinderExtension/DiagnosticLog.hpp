@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "QuorvaFinderExtension/FinderActionContext.hpp"
+#include "Platform/FileURL.hpp"
 
 namespace quorva {
 

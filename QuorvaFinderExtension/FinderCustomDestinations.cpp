@@ -163,12 +163,7 @@ std::vector<FinderCustomDestination> FinderCustomDestinationFile::destinations(
     if (entries == nullptr) {
         return defaultDestinations(kind);
     }
-    Destinations destinations;
-    for (const PropertyList& entry : *entries) {
-        if (auto valid = destination(*entry.dictionary())) {
-            destinations.push_back(*std::move(valid));
-        }
-    }
+    Destinations destinations = validEntries(*entries, destination);
     if (kind != FinderCustomDestinationKind::openApplication) {
         return destinations;
     }

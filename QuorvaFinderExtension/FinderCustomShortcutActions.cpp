@@ -54,16 +54,8 @@ std::vector<FinderCustomShortcutAction> FinderCustomShortcutActionSettings::acti
     const std::optional<PropertyList> root =
         propertyListInFile(settingsFileURL("CustomShortcutActions.plist"));
     const PropertyList::Array* const entries = root ? stringDictionaries(*root) : nullptr;
-    if (entries == nullptr) {
-        return {};
-    }
-    std::vector<FinderCustomShortcutAction> actions;
-    for (const PropertyList& entry : *entries) {
-        if (auto valid = action(*entry.dictionary())) {
-            actions.push_back(*std::move(valid));
-        }
-    }
-    return actions;
+    return entries == nullptr ? std::vector<FinderCustomShortcutAction>()
+                              : validEntries(*entries, action);
 }
 
 }  // namespace quorva

@@ -72,7 +72,10 @@ void FinderExtension::handleSettingsChanged(
 
 void FinderExtension::refreshMonitoredDirectories(std::string_view reason) const {
     const std::set<FileURL> urls = monitoredDirectoryURLs();
-    platform::setDirectoryURLs(urls);
+    if (const auto set = platform::setDirectoryURLs(urls); !set) {
+        appendFailureToDiagnosticLog("setting the monitored folders",
+                                     set.error().localizedDescription);
+    }
     logger_.refreshedDirectories(reason, static_cast<long>(urls.size()));
     // URLs are ordered by their paths first, so this is ascending order.
     appendDiagnosticLog(std::string(reason) +

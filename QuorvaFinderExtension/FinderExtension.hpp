@@ -10,8 +10,8 @@
 
 namespace quorva {
 
-/// The extension as Finder sees it, without the framework's class around it: what Finder starts
-/// once in each of its processes and asks for menus.
+/// The extension as Finder sees it, without the framework's class around it: what the system
+/// creates once in each process of the extension and Finder asks for menus.
 ///
 /// Used from the main thread only. May throw `std::bad_alloc`; whoever calls on the system's behalf
 /// contains it.

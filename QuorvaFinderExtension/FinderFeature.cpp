@@ -14,7 +14,7 @@ namespace {
 
 using Action = FinderFeatureAction;
 
-/// Whether a command is on as long as the user has not said otherwise.
+/// Whether a command is on by default.
 enum class Default { off, on };
 using enum Default;
 

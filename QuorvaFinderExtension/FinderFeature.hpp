@@ -186,7 +186,7 @@ inline constexpr std::array<FinderFeature, 14> allFinderFeatures = {
 /// up. They live as long as the program.
 [[nodiscard]] std::vector<std::string_view> childIDs(FinderFeature feature);
 
-/// Those of them that are on as long as the user has not said otherwise.
+/// Those of them that are on by default.
 [[nodiscard]] std::vector<std::string_view> childIDsEnabledByDefault(FinderFeature feature);
 
 }  // namespace quorva

@@ -54,7 +54,11 @@ void FinderMenuActionHandler::performFeatureChild(const MenuItem& sender, const 
     }
     contain("announcing the record", [&record] {
         appendDiagnosticLog("queued action: " + record.actionID);
-        platform::postDistributedNotification(actionQueuedNotificationName);
+        if (const auto posted = platform::postDistributedNotification(actionQueuedNotificationName);
+            !posted) {
+            appendFailureToDiagnosticLog("announcing the record",
+                                         posted.error().localizedDescription);
+        }
     });
     contain("opening the containing application", [this] { openContainingApp(); });
 }

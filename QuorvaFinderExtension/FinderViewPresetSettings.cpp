@@ -72,16 +72,7 @@ std::vector<FinderViewPresetSetting> FinderViewPresetSettings::presets() {
     const std::optional<PropertyList> root =
         propertyListInFile(settingsFileURL("FinderViewPresets.plist"));
     const PropertyList::Array* const entries = root ? stringDictionaries(*root) : nullptr;
-    if (entries == nullptr) {
-        return defaultPresets();
-    }
-    std::vector<FinderViewPresetSetting> presets;
-    for (const PropertyList& entry : *entries) {
-        if (auto valid = preset(*entry.dictionary())) {
-            presets.push_back(*std::move(valid));
-        }
-    }
-    return presets;
+    return entries == nullptr ? defaultPresets() : validEntries(*entries, preset);
 }
 
 }  // namespace quorva

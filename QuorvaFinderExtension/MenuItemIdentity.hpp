@@ -21,7 +21,7 @@ inline constexpr std::string_view viewPresetIdentifierPrefix = "finderViewPreset
 /// The tag of the first view preset.
 inline constexpr std::int64_t viewPresetTagBase = 700000;
 
-/// The action identifiers of entries that are no catalogue commands.
+/// The action identifiers of entries that are not catalogue commands.
 inline constexpr std::string_view openWithApplicationActionID = "openWithApplicationPath";
 inline constexpr std::string_view quickOpenPathActionID = "quickOpenPath";
 inline constexpr std::string_view copyFilesToFolderActionID = "copyFilesToFolder";

@@ -85,7 +85,7 @@ FinderActionContextPointer actionContextFromDictionary(const PropertyList::Dicti
     }
     const std::string targetedPath = stringForKey(dictionary, "targetedPath", "");
     // A view preset arrives here with an identifier that the catalogue does not know. Its kind of
-    // action is never used, so any will do; this one has always been it.
+    // action is never used, so any will do; this is the one it has always had.
     const FinderFeatureAction action = actionForID(*actionID).value_or(
         FinderFeatureAction::copyPath(FinderPathCopyFormat::fullPath));
     return std::make_shared<const FinderActionContext>(
@@ -94,8 +94,8 @@ FinderActionContextPointer actionContextFromDictionary(const PropertyList::Dicti
         stringForKey(dictionary, "destinationPath", ""), stringForKey(dictionary, "presetID", ""));
 }
 
-/// Tells the titles of the `entries` to `meanings`, those that nothing else has taken, with the
-/// contexts that `makeContext` makes of the entries. Returns how many it told.
+/// Gives each title in `meanings` that has no meaning yet the first of `entries` that has it, with
+/// the context that `makeContext` makes of it. Returns how many it gave.
 template <typename Entries, typename Title, typename MakeContext>
 std::size_t takeTitles(TitleMeanings& meanings, const Entries& entries, Title title,
                        TitleMeaning::Source source, MakeContext makeContext) {
@@ -204,6 +204,9 @@ FinderActionContextPointer actionContextFromMenuTitle(const std::string& title,
 void findTitleMeanings(TitleMeanings& meanings, const SettingsReading& settings) {
     using Source = TitleMeaning::Source;
     std::size_t unknown = meanings.size();
+    if (unknown == 0) {
+        return;
+    }
     unknown -= takeTitles(meanings, settings.customActions(), &FinderCustomShortcutAction::name,
                           Source::customAction, [](const FinderCustomShortcutAction& action) {
                               return customActionContext(action, customActionIdentifier(action));

@@ -60,7 +60,7 @@ bool actsAlike(const FinderActionContext& left, const FinderActionContext& right
     return left.actionID() == right.actionID() && left.destinationPath() == right.destinationPath();
 }
 
-/// Whether the preset that `sender` has the tag of has another title now, which another one has.
+/// Whether the tag and the title of `sender` are those of two view presets.
 bool namesTwoPresets(const MenuItem& sender, const SettingsReading& settings) {
     const std::vector<FinderViewPresetSetting>& presets = settings.viewPresets();
     const std::int64_t index = sender.tag - viewPresetTagBase;

@@ -28,9 +28,9 @@ void tagAmbiguousItems(Menu& menu, const SettingsReading& settings);
 /// `sender` is the item as Finder gave it back, `menu` what Finder was given last, and `settings`
 /// the reading of the click. A sender with neither represented object nor identifier is the entry
 /// of `menu` that has its title and its own tag; a view preset's tag counts so only when the
-/// presets have been reordered since, that is, when tag and title name different ones. Every other
-/// sender is resolved by what it carries. What then names nothing is the one destination or place
-/// of `menu` that has its title.
+/// presets have been reordered since, that is, when tag and title are those of two presets. Every
+/// other sender is resolved by what it carries. What then names nothing is the one destination or
+/// place of `menu` that has its title.
 [[nodiscard]] FinderActionContextPointer contextOfSender(const MenuItem& sender, const Menu& menu,
                                                          const SettingsReading& settings);
 

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "Platform/FileURL.hpp"
 #include "Platform/PropertyList.hpp"
@@ -12,7 +14,7 @@
 namespace quorva {
 
 /// How large a settings file may be, in bytes. Real ones have a few thousand; the limit is what
-/// keeps whatever lies in a settings file's place from filling the memory of Finder's helper.
+/// keeps whatever lies in a settings file's place from filling the extension's memory.
 inline constexpr std::size_t settingsFileByteLimit = std::size_t{64} * 1024 * 1024;
 
 /// The file `fileName` in the folder where the containing application keeps the settings:
@@ -24,11 +26,25 @@ inline constexpr std::size_t settingsFileByteLimit = std::size_t{64} * 1024 * 10
 [[nodiscard]] std::optional<PropertyList> propertyListInFile(const FileURL& url);
 
 /// `value` as a list of dictionaries of strings, as the entries of the settings files are. Null
-/// when it has any other shape, be it by one value. Lives as long as `value`.
+/// when it has any other shape, even in one value. Lives as long as `value`.
 [[nodiscard]] const PropertyList::Array* stringDictionaries(const PropertyList& value);
 
 /// The string under `key`. Null when there is none, or when the value is not a string.
 [[nodiscard]] const std::string* stringForKey(const PropertyList::Dictionary& dictionary,
                                               std::string_view key);
+
+/// What `convert` makes of each of `entries`, which are dictionaries, without those that it returns
+/// nothing for.
+template <typename Value>
+std::vector<Value> validEntries(const PropertyList::Array& entries,
+                                std::optional<Value> (*convert)(const PropertyList::Dictionary&)) {
+    std::vector<Value> values;
+    for (const PropertyList& entry : entries) {
+        if (std::optional<Value> value = convert(*entry.dictionary())) {
+            values.push_back(*std::move(value));
+        }
+    }
+    return values;
+}
 
 }  // namespace quorva

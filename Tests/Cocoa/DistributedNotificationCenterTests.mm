@@ -105,7 +105,7 @@ class DistributedNotificationCenter : public testing::Test {
 TEST_F(DistributedNotificationCenter, DeliversAPostedNotificationWithoutObjectAndUserInfo) {
     (void)simulator::takeRecordedEvents();
     NotificationObserver* added = observer(NSNotificationSuspensionBehaviorCoalesce);
-    quorva::platform::postDistributedNotification(quorva::utf8String(name));
+    EXPECT_TRUE(quorva::platform::postDistributedNotification(quorva::utf8String(name)));
     ASSERT_TRUE(receives(added, 1));
     NSNotification* received = [added->received objectAtIndex:0];
     EXPECT_EQ(received.object, nil);
@@ -120,8 +120,8 @@ TEST_F(DistributedNotificationCenter, DeliversAPostedNotificationWithoutObjectAn
 }
 
 TEST_F(DistributedNotificationCenter, PostsToNobody) {
-    quorva::platform::postDistributedNotification("app.ferrolin.Quorva.NobodyListens");
-    quorva::platform::postDistributedNotification("");
+    EXPECT_TRUE(quorva::platform::postDistributedNotification("app.ferrolin.Quorva.NobodyListens"));
+    EXPECT_TRUE(quorva::platform::postDistributedNotification(""));
 }
 
 TEST_F(DistributedNotificationCenter, DeliversByNameAndObjectUntilTheObserverIsRemoved) {

@@ -48,11 +48,11 @@ TEST(FinderSyncController, ReturnsNothingOutsideARequest) {
 }
 
 TEST(FinderSyncController, HoldsEachDirectoryURLOfTheSet) {
-    quorva::platform::setDirectoryURLs(
-        {FileURL::file("/tmp"), FileURL::directory("/tmp"), FileURL::directory("/没有")});
+    EXPECT_TRUE(quorva::platform::setDirectoryURLs(
+        {FileURL::file("/tmp"), FileURL::directory("/tmp"), FileURL::directory("/没有")}));
     NSSet<NSURL*>* urls = [FIFinderSyncController defaultController].directoryURLs;
     EXPECT_EQ(urls.count, 3u);
     EXPECT_TRUE([urls containsObject:quorva::foundationURL(FileURL::directory("/没有"))]);
-    quorva::platform::setDirectoryURLs({});
+    EXPECT_TRUE(quorva::platform::setDirectoryURLs({}));
     EXPECT_EQ([FIFinderSyncController defaultController].directoryURLs.count, 0u);
 }

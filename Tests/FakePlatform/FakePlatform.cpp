@@ -418,11 +418,14 @@ double timeIntervalSince1970() {
     return now;
 }
 
-void postDistributedNotification(std::string_view name) {
+Result<void> postDistributedNotification(std::string_view name) {
     const Lock lock(fakePlatform::mutex);
-    (void)state().failureOf(Operation::postNotification);
+    if (std::optional<Error> error = state().failureOf(Operation::postNotification)) {
+        return std::unexpected(*error);
+    }
     state().notifications.emplace_back(name);
     state().record(Event::Kind::notificationPosted, std::string(name));
+    return {};
 }
 
 Result<FileHandle> FileHandle::forAppendingToURL(const FileURL& url) {
@@ -580,11 +583,14 @@ std::optional<FileURL> targetedURL() {
     return state().targetedURL;
 }
 
-void setDirectoryURLs(const std::set<FileURL>& urls) {
+Result<void> setDirectoryURLs(const std::set<FileURL>& urls) {
     const Lock lock(fakePlatform::mutex);
-    (void)state().failureOf(Operation::setDirectoryURLs);
+    if (std::optional<Error> error = state().failureOf(Operation::setDirectoryURLs)) {
+        return std::unexpected(*error);
+    }
     state().directoryURLs = urls;
     state().record(Event::Kind::directoryURLsSet, {});
+    return {};
 }
 
 Result<Data> jsonDataPrettyPrintedWithSortedKeys(const PropertyList& object) {

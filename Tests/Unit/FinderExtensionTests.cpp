@@ -67,16 +67,6 @@ class FinderExtensionTest : public UnitTest {
         R"("/Users/ada/Movies", "/Users/ada/Music", "/Users/ada/Pictures", "/Volumes"])";
 };
 
-TEST_F(FinderExtensionTest, ToolbarItemHasItsNameAndToolTip) {
-    EXPECT_EQ(FinderExtension::toolbarItemName, "Quorva");
-    EXPECT_EQ(FinderExtension::toolbarItemToolTip, "Send selected files to Quorva");
-}
-
-TEST_F(FinderExtensionTest, SettingsNotificationHasItsName) {
-    EXPECT_EQ(FinderExtension::settingsChangedNotificationName,
-              "app.ferrolin.Quorva.SettingsChanged");
-}
-
 // Start and refresh.
 
 TEST_F(FinderExtensionTest, StartSetsTheMonitoredFolders) {
@@ -137,7 +127,7 @@ TEST_F(FinderExtensionTest, ChangedSettingsReplaceTheFolders) {
     EXPECT_EQ(platform().directoryURLs, defaultDirectories());
 }
 
-TEST_F(FinderExtensionTest, NotificationWithoutATextAsReasonHasTheReasonUnknown) {
+TEST_F(FinderExtensionTest, NotificationWithoutAStringAsReasonHasTheReasonUnknown) {
     const std::optional<PropertyList::Dictionary> infos[] = {
         std::nullopt,
         PropertyList::Dictionary{},
@@ -421,6 +411,13 @@ TEST_F(FinderExtensionTest, RefreshThatFailsKeepsTheFolders) {
     contain("settings change", [&] { extension.handleSettingsChanged(std::nullopt); });
     EXPECT_EQ(platform().directoryURLs, defaultDirectories());
     EXPECT_EQ(messages().back(), "settings change failed: std::bad_alloc");
+}
+
+TEST_F(FinderExtensionTest, FoldersThatCannotBeSetAreLogged) {
+    platform().fail(Operation::setDirectoryURLs, "no controller");
+    FinderExtension().start();
+    EXPECT_THAT(messages(), ElementsAre("setting the monitored folders failed: no controller",
+                                        "started monitored=" + defaultDirectoryList));
 }
 
 TEST_F(FinderExtensionTest, MenuRequestAfterOneThatFailedSucceeds) {

@@ -447,6 +447,14 @@ TEST_F(FinderMenuActionHandlerTest, WithoutApplicationSupportTheClickIsQueuedEls
 
 // The launch.
 
+TEST_F(FinderMenuActionHandlerTest, FailureToPostIsLoggedAndTheApplicationStillOpened) {
+    platform().fail(Operation::postNotification, "no center");
+    click(titled("合并 PDF"));
+    EXPECT_THAT(records(), SizeIs(1));
+    EXPECT_EQ(messages().back(), "announcing the record failed: no center");
+    EXPECT_THAT(platform().launches, SizeIs(1));
+}
+
 TEST_F(FinderMenuActionHandlerTest, RunningApplicationIsNotOpened) {
     for (const std::size_t count : {std::size_t{1}, std::size_t{2}}) {
         fakePlatform::reset();

@@ -16,16 +16,12 @@ using Dictionary = PropertyList::Dictionary;
 
 /// What a bare sender with the title and the tag of an entry has to arrive as, and the tag.
 struct Entry {
-    const char* title;
+    std::string title;
     std::int64_t tag;
-    const char* actionID;
-    const char* destinationPath;
+    std::string actionID;
+    std::string destinationPath;
 
-    friend bool operator==(const Entry& left, const Entry& right) {
-        return std::string_view(left.title) == right.title && left.tag == right.tag &&
-               std::string_view(left.actionID) == right.actionID &&
-               std::string_view(left.destinationPath) == right.destinationPath;
-    }
+    friend bool operator==(const Entry&, const Entry&) = default;
 };
 
 MenuItem bareSender(const std::string& title, std::int64_t tag) {
@@ -90,18 +86,15 @@ class MenuTransferTest : public UnitTest {
     /// The entries of `menu` titled `title`, and what a click on each arrives as when Finder gives
     /// back no more than title and tag.
     static std::vector<Entry> arrivals(const Menu& menu, const std::string& title) {
-        static std::vector<FinderActionContextPointer> kept;
         std::vector<const MenuItem*> items;
         collect(menu, items);
         std::vector<Entry> result;
         for (const MenuItem* const item : items) {
             if (item->title == title) {
-                const auto& context = kept.emplace_back(click(bareSender(title, item->tag), menu));
-                result.push_back(context == nullptr
-                                     ? Entry{item->title.c_str(), item->tag, "nothing", ""}
-                                     : Entry{item->title.c_str(), item->tag,
-                                             context->actionID().c_str(),
-                                             context->destinationPath().c_str()});
+                const auto context = click(bareSender(title, item->tag), menu);
+                result.push_back(context == nullptr ? Entry{title, item->tag, "nothing", ""}
+                                                    : Entry{title, item->tag, context->actionID(),
+                                                            context->destinationPath()});
             }
         }
         return result;
