@@ -456,6 +456,24 @@ TEST_F(FinderExtensionTest, ClickActsOnTheTaggedEntryOfTheMenuBefore) {
     EXPECT_EQ(*platform().jsonObjects[0].dictionary()->at("destinationPath").string(), "/2");
 }
 
+TEST_F(FinderExtensionTest, MenuThatFailsToBeTaggedLeavesTheMenuBeforeForClicks) {
+    putSettings({{"enabledFeatureIDs", strings({"quickOpen"})}});
+    platform().putPropertyList(
+        customDestinationsPath,
+        PropertyList::Dictionary{
+            {"quickOpen", list({destination("1", "项目", "/1"), destination("2", "项目", "/2")})}});
+    FinderExtension extension;
+    MenuItem sender = extension.menu(MenuKind::contextualMenuForItems).items[0].submenu->items[1];
+    // The custom actions are not shown, so only the tagging reads them.
+    platform().failures.push_back({Operation::readFile, customShortcutActionsPath, outOfMemory});
+    EXPECT_THROW((void)extension.menu(MenuKind::contextualMenuForItems), std::bad_alloc);
+    platform().failures.clear();
+    sender.representedObject = {};
+    extension.performFeatureChild(sender);
+    ASSERT_THAT(platform().jsonObjects, SizeIs(1));
+    EXPECT_EQ(*platform().jsonObjects[0].dictionary()->at("destinationPath").string(), "/2");
+}
+
 // One reading.
 
 TEST_F(FinderExtensionTest, MenuReadsEachSettingsFileOnce) {

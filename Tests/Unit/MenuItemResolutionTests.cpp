@@ -499,6 +499,39 @@ TEST_F(MenuItemResolutionTest, FirstEntryOfATitleWithinAListWins) {
     EXPECT_EQ(actionContextFromMenuTitle("t")->destinationPath(), "/1");
 }
 
+TEST_F(MenuItemResolutionTest, EveryOneOfSeveralTitlesIsGivenItsMeaning) {
+    using Source = TitleMeaning::Source;
+    const std::vector<std::pair<const char*, Source>> titles = {
+        {"脚本", Source::customAction}, {"应用", Source::application},
+        {"图标", Source::viewPreset},   {"复制完整路径", Source::command},
+        {"无此名", Source::nothing},
+    };
+    for (const auto& one : titles) {
+        for (const auto& other : titles) {
+            TitleMeanings meanings = {{one.first, {}}, {other.first, {}}};
+            findTitleMeanings(meanings, SettingsReading());
+            EXPECT_EQ(meanings.at(one.first).source, one.second) << other.first;
+            EXPECT_EQ(meanings.at(other.first).source, other.second) << one.first;
+        }
+    }
+}
+
+TEST_F(MenuItemResolutionTest, NoFileIsReadOnceEveryTitleIsKnown) {
+    const auto filesReadFor = [](std::initializer_list<const char*> titles) {
+        TitleMeanings meanings;
+        for (const char* const title : titles) {
+            meanings.try_emplace(title);
+        }
+        platform().reads.clear();
+        findTitleMeanings(meanings, SettingsReading());
+        return platform().reads.size();
+    };
+    EXPECT_EQ(filesReadFor({"脚本", "快捷"}), 1U);
+    EXPECT_EQ(filesReadFor({"脚本", "应用"}), 2U);
+    EXPECT_EQ(filesReadFor({"应用", "后"}), 2U);
+    EXPECT_EQ(filesReadFor({"脚本", "图标"}), 3U);
+}
+
 TEST_F(MenuItemResolutionTest, EmptyTitleMatchesAnEntryWithoutAName) {
     platform().putPropertyList(customShortcutActionsPath, list({script("q", "", "/q")}));
     expectContext(actionContextFromMenuTitle(""),

@@ -164,6 +164,20 @@ TEST_F(MenuTransferTest, DestinationThatIsThereByDefaultIsLeftToTheCommandOfItsT
                             Entry{"复制到桌面", 0, "copyFilesToDesktop", ""}));
 }
 
+TEST_F(MenuTransferTest, DefaultsOfOneKindAreLeftToCommandsWhateverTheOtherKindsHave) {
+    platform().enterSandbox();
+    show({"copyFile", "organizeFile"});
+    const PropertyList ofUser = list({destination("p", "项目", "/p")});
+    putDestinations({{"copy", ofUser}, {"quickOpen", ofUser}});
+    EXPECT_THAT(arrivals(handedOutMenu(), "移动到桌面"),
+                ElementsAre(Entry{"移动到桌面", 0, "moveFilesToDesktop", ""},
+                            Entry{"移动到桌面", 0, "moveFilesToDesktop", ""}));
+    putDestinations({{"move", ofUser}, {"quickOpen", ofUser}});
+    EXPECT_THAT(arrivals(handedOutMenu(), "复制到桌面"),
+                ElementsAre(Entry{"复制到桌面", 0, "copyFilesToDesktop", ""},
+                            Entry{"复制到桌面", 0, "copyFilesToDesktop", ""}));
+}
+
 TEST_F(MenuTransferTest, UsersOwnPlaceNamedLikeACommandIsToldFromIt) {
     show({"quickOpen"});
     putDestinations({{"quickOpen", list({destination("d", "桌面", "/mine")})}});
@@ -365,6 +379,14 @@ TEST_F(MenuTransferBackTest, EntryOfTheMenuIsItEvenWhenTheSettingsNoLongerHaveIt
 TEST_F(MenuTransferBackTest, ResolutionOfTheTitleGoesBeforeADestinationWithoutATag) {
     putActions({script("n", "资料", "/n.sh")});
     EXPECT_EQ(arrival(bareSender("资料", 0)), "runScript__n ");
+}
+
+TEST_F(MenuTransferBackTest, OnlyADestinationIsFoundByATitleThatTheSettingsNoLongerKnow) {
+    putActions({script("p", "脚本", "/p.sh"), script("q", "备份", "/q.sh")});
+    menu_ = handedOutMenu();
+    putActions({});
+    EXPECT_EQ(arrival(bareSender("脚本", 0)), "quickOpenPath /4");
+    EXPECT_EQ(arrival(bareSender("备份", 0)), "nothing");
 }
 
 TEST_F(MenuTransferBackTest, ItemsWithoutAnActionAreNotEntries) {
