@@ -40,6 +40,15 @@ class Application : public TemporaryFolder {
         return "app.ferrolin.Sample" + folder().extension().string();
     }
 
+    /// Returns once the environment of `process`, and with it its home folder, can be read:
+    /// `posix_spawn` returns while the new program is still being set up.
+    static void awaitEnvironment(pid_t process) {
+        const std::string file = "/proc/" + std::to_string(process) + "/environ";
+        while (std::ifstream(file).peek() == std::ifstream::traits_type::eof()) {
+            std::this_thread::yield();
+        }
+    }
+
     /// Opens the bundle and waits for the completion.
     [[nodiscard]] std::optional<quorva::Error> open() const {
         auto promise = std::make_shared<std::promise<std::optional<quorva::Error>>>();
@@ -124,6 +133,7 @@ TEST_F(Application, IsCountedOncePerProcess) {
         ASSERT_EQ(posix_spawn(&process, executable.c_str(), nullptr, nullptr, arguments, environ),
                   0);
         processes.push_back(process);
+        awaitEnvironment(process);
         EXPECT_EQ(quorva::platform::runningApplicationCount(identifier()),
                   static_cast<std::size_t>(count));
     }
