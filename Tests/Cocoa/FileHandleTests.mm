@@ -1,5 +1,6 @@
 #include "Platform/FileHandle.hpp"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -42,6 +43,17 @@ TEST_F(FileHandleOnDisk, TellsTheLastByte) {
     EXPECT_EQ(handle->lastByte(), std::nullopt);
 }
 
+TEST_F(FileHandleOnDisk, AppendsToAFileThatMayBeWrittenButNotRead) {
+    write("file", "1");
+    std::filesystem::permissions(path("file"), std::filesystem::perms::owner_write);
+    auto handle = FileHandle::forAppendingToURL(file("file"));
+    ASSERT_TRUE(handle);
+    EXPECT_TRUE(handle->write("2"));
+    EXPECT_EQ(handle->lastByte(), std::nullopt);
+    std::filesystem::permissions(path("file"), std::filesystem::perms::owner_all);
+    EXPECT_EQ(read("file"), "12");
+}
+
 TEST_F(FileHandleOnDisk, AppendsThroughALink) {
     write("file", "1");
     std::filesystem::create_symlink(path("file"), path("link"));
@@ -61,6 +73,21 @@ TEST_F(FileHandleOnDisk, OpeningFailsAtOnceForWhatIsNotARegularFile) {
         EXPECT_NE(handle.error().localizedDescription, "");
     }
     EXPECT_EQ(entryCount(), 2u);
+}
+
+TEST_F(FileHandleOnDisk, IsNotInheritedByAProgramThatIsStarted) {
+    write("file", "");
+    const auto handle = FileHandle::forAppendingToURL(file("file"));
+    ASSERT_TRUE(handle);
+    int found = 0;
+    for (const auto& descriptor : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code closed;
+        if (std::filesystem::read_symlink(descriptor.path(), closed) == path("file")) {
+            ++found;
+            EXPECT_EQ(fcntl(std::stoi(descriptor.path().filename()), F_GETFD), FD_CLOEXEC);
+        }
+    }
+    EXPECT_EQ(found, 1);
 }
 
 TEST_F(FileHandleOnDisk, ClosesItsFileOnce) {

@@ -11,6 +11,7 @@
 #import "Cocoa/StringConversion.h"
 #include "Simulator/EventRecorder.hpp"
 #include "Tests/Cocoa/OutOfMemory.hpp"
+#import "Tests/Cocoa/RaisingMethod.h"
 #import "Tests/Cocoa/RunLoop.h"
 #include "Tests/Cocoa/TemporaryFolder.hpp"
 
@@ -216,6 +217,24 @@ TEST_F(PrincipalClass, HasAToolbarItem) {
     EXPECT_EQ(quorva::utf8String(finderSync().toolbarItemName), "Quorva");
     EXPECT_EQ(quorva::utf8String(finderSync().toolbarItemToolTip), "Send selected files to Quorva");
     EXPECT_NE(finderSync().toolbarItemImage, nil);
+}
+
+TEST_F(PrincipalClass, KeepsAnExceptionOfAToolbarAccessorFromTheSystemAndLogsIt) {
+    {
+        const RaisingMethod raising([NSString class], @selector(stringWithCharacters:length:));
+        EXPECT_EQ(finderSync().toolbarItemName, nil);
+    }
+    {
+        const RaisingMethod raising([NSString class], @selector(stringWithCharacters:length:));
+        EXPECT_EQ(finderSync().toolbarItemToolTip, nil);
+    }
+    {
+        const RaisingMethod raising([NSImage class], @selector(imageNamed:));
+        EXPECT_EQ(finderSync().toolbarItemImage, nil);
+    }
+    EXPECT_THAT(log(), testing::HasSubstr("] toolbar item name failed: raised\n"));
+    EXPECT_THAT(log(), testing::HasSubstr("] toolbar item tool tip failed: raised\n"));
+    EXPECT_THAT(log(), testing::HasSubstr("] toolbar item image failed: raised\n"));
 }
 
 TEST_F(PrincipalClass, ReturnsAMenuForEveryKind) {

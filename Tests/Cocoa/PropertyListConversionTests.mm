@@ -106,6 +106,26 @@ TEST(PropertyListConversion, EndsForSharedReferencesThatExplode) {
     EXPECT_FALSE(quorva::propertyList(object));
 }
 
+TEST(PropertyListConversion, ReadsAsManyValuesAsTheLimitAndNotMore) {
+    // The array is a value itself.
+    NSMutableArray* array = [NSMutableArray array];
+    for (std::size_t count = 1; count < quorva::propertyListValueLimit; ++count) {
+        [array addObject:[NSNull null]];
+    }
+    EXPECT_TRUE(quorva::propertyList(array));
+    [array addObject:[NSNull null]];
+    EXPECT_FALSE(quorva::propertyList(array));
+}
+
+TEST(PropertyListConversion, ReadsAsMuchTextAndDataAsTheLimitAndNotMore) {
+    NSData* half = [NSMutableData dataWithLength:quorva::propertyListByteLimit / 2];
+    EXPECT_TRUE(quorva::propertyList([NSArray arrayWithObjects:half, half, nil]));
+    EXPECT_FALSE(quorva::propertyList([NSArray arrayWithObjects:half, half, @"a", nil]));
+    NSData* rest = [NSMutableData dataWithLength:quorva::propertyListByteLimit - 1];
+    EXPECT_TRUE(quorva::propertyList([NSDictionary dictionaryWithObject:rest forKey:@"a"]));
+    EXPECT_FALSE(quorva::propertyList([NSDictionary dictionaryWithObject:rest forKey:@"ab"]));
+}
+
 TEST(PropertyListEntries, KeepWhatIsUnsupportedBesideTheOthers) {
     NSDictionary* dictionary = [NSDictionary
         dictionaryWithObjectsAndKeys:@"settings", @"reason", [NSNull null], @"foreign",

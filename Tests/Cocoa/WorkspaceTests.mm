@@ -1,5 +1,6 @@
 #include "Platform/Workspace.hpp"
 
+#import <AppKit/AppKit.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -12,6 +13,7 @@
 
 #include "Platform/RunningApplication.hpp"
 #include "Simulator/EventRecorder.hpp"
+#import "Tests/Cocoa/RaisingMethod.h"
 #include "Tests/Cocoa/TemporaryFolder.hpp"
 
 using quorva::FileURL;
@@ -143,6 +145,16 @@ TEST_F(Application, IsCountedOncePerProcess) {
         waitpid(process, nullptr, 0);
     }
     EXPECT_EQ(quorva::platform::runningApplicationCount(identifier()), 0u);
+}
+
+TEST(OpenApplication, CompletesWithTheExceptionThatTheSystemRaises) {
+    const RaisingMethod raising([NSWorkspaceOpenConfiguration class], @selector(configuration));
+    std::optional<quorva::Error> given;
+    quorva::platform::openApplication(
+        FileURL::directory("/Sample.app"), {.activates = false, .addsToRecentItems = false},
+        [&given](const std::optional<quorva::Error>& error) { given = error; });
+    ASSERT_TRUE(given);
+    EXPECT_EQ(given->localizedDescription, "raised");
 }
 
 TEST(OpenApplication, CompletesAfterTheCallerHasGone) {
