@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <string>
 
-#import "Simulator/GNUstep/FileError.h"
 #include "Simulator/FileDescriptor.hpp"
+#import "Simulator/GNUstep/FileError.h"
 
 namespace {
 
