@@ -261,6 +261,7 @@ TEST(BracketedListTest, EmptyListIsTheTwoBrackets) {
 TEST(BracketedListTest, ElementsAreQuotedAndSeparatedByACommaAndASpace) {
     EXPECT_EQ(bracketedList({"a"}), R"(["a"])");
     EXPECT_EQ(bracketedList({"a", "", "c d"}), R"(["a", "", "c d"])");
+    EXPECT_EQ(bracketedList({"", ""}), R"(["", ""])");
 }
 
 TEST(BracketedListTest, NothingIsEscaped) {
