@@ -92,6 +92,12 @@ TEST(MenuRendering, RendersAnEmptyMenu) {
     EXPECT_EQ(quorva::renderedMenu(Menu(), nil).numberOfItems, 0);
 }
 
+TEST(MenuRendering, TakesAnEmptyIdentifierForNone) {
+    MenuItem item = actionItem("plain");
+    item.identifier = "";
+    EXPECT_EQ(quorva::menuItem(renderedItem(item)).identifier, std::nullopt);
+}
+
 TEST(MenuRendering, BringsEveryFieldBack) {
     MenuItem plain = actionItem("plain");
     MenuItem full = actionItem(
@@ -102,7 +108,6 @@ TEST(MenuRendering, BringsEveryFieldBack) {
     full.tag = 700000;
     full.enabled = false;
     MenuItem extreme = actionItem("", PropertyList::Dictionary{});
-    extreme.identifier = "";
     extreme.tag = INT64_MIN;
     MenuItem withContext = actionItem("context", someContext());
     MenuItem heading;
