@@ -18,8 +18,6 @@ using testing::IsEmpty;
 using testing::Pair;
 using testing::SizeIs;
 
-using URLs = std::set<FileURL>;
-
 class FinderExtensionTest : public UnitTest {
  protected:
     static void putSettings(PropertyList::Dictionary root) {
@@ -31,32 +29,6 @@ class FinderExtensionTest : public UnitTest {
         platform().journal.clear();
         platform().consoleLines.clear();
         platform().unifiedLog.clear();
-    }
-
-    static URLs directories(std::initializer_list<const char*> paths) {
-        URLs urls;
-        for (const char* const path : paths) {
-            urls.insert(FileURL::directory(path));
-        }
-        return urls;
-    }
-
-    /// The folders monitored on the machine as made.
-    static URLs defaultDirectories() {
-        return directories({
-            "/Applications",
-            "/Users/ada",
-            "/Users/ada/Desktop",
-            "/Users/ada/Documents",
-            "/Users/ada/Downloads",
-            "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs",
-            "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs/Desktop",
-            "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs/Documents",
-            "/Users/ada/Movies",
-            "/Users/ada/Music",
-            "/Users/ada/Pictures",
-            "/Volumes",
-        });
     }
 
     static inline const std::string defaultDirectoryList =

@@ -14,36 +14,7 @@ using testing::SizeIs;
 
 using platform::SearchPathDirectory;
 
-using URLs = std::set<FileURL>;
-
-class MonitoredFoldersTest : public UnitTest {
- protected:
-    static URLs directories(std::initializer_list<const char*> paths) {
-        URLs urls;
-        for (const char* const path : paths) {
-            urls.insert(FileURL::directory(path));
-        }
-        return urls;
-    }
-
-    /// The folders monitored on the machine as made.
-    static URLs defaultDirectories() {
-        return directories({
-            "/Applications",
-            "/Users/ada",
-            "/Users/ada/Desktop",
-            "/Users/ada/Documents",
-            "/Users/ada/Downloads",
-            "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs",
-            "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs/Desktop",
-            "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs/Documents",
-            "/Users/ada/Movies",
-            "/Users/ada/Music",
-            "/Users/ada/Pictures",
-            "/Volumes",
-        });
-    }
-};
+using MonitoredFoldersTest = UnitTest;
 
 // The monitored folders.
 

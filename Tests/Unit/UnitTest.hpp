@@ -10,6 +10,7 @@
 #include <new>
 #include <optional>
 #include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -43,6 +44,34 @@ class UnitTest : public testing::Test {
     static inline const std::string temporaryLogPath = "/tmp/quorva-finder-extension.log";
     static inline const std::string containerLogPath = settingsFolder + "/FinderExtension.log";
     static inline const std::string queuePath = settingsFolder + "/ActionQueue";
+
+    using URLs = std::set<FileURL>;
+
+    static URLs directories(std::initializer_list<const char*> paths) {
+        URLs urls;
+        for (const char* const path : paths) {
+            urls.insert(FileURL::directory(path));
+        }
+        return urls;
+    }
+
+    /// The folders monitored on the machine as made.
+    static URLs defaultDirectories() {
+        return directories({
+            "/Applications",
+            "/Users/ada",
+            "/Users/ada/Desktop",
+            "/Users/ada/Documents",
+            "/Users/ada/Downloads",
+            "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs",
+            "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs/Desktop",
+            "/Users/ada/Library/Mobile Documents/com~apple~CloudDocs/Documents",
+            "/Users/ada/Movies",
+            "/Users/ada/Music",
+            "/Users/ada/Pictures",
+            "/Volumes",
+        });
+    }
 
     static inline const std::exception_ptr outOfMemory = std::make_exception_ptr(std::bad_alloc());
 
