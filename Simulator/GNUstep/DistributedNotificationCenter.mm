@@ -79,6 +79,7 @@ bool isConnectedToOwnUser(int descriptor) {
 void sendMessage(NSData* message, const std::string& name) {
     const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     limitWaiting(descriptor);
+    errno = ETIMEDOUT;  // What a send that was cut short by the limit does not say.
     const bool isSent = call(connect, descriptor, name) && isConnectedToOwnUser(descriptor) &&
                         send(descriptor, message.bytes, message.length, MSG_NOSIGNAL) ==
                             static_cast<ssize_t>(message.length);

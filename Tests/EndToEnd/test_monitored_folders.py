@@ -3,6 +3,7 @@
 import contextlib
 import os
 import shutil
+import signal
 import unittest
 from pathlib import Path
 
@@ -176,6 +177,18 @@ class SettingsChangedTest(EndToEndTestCase):
         self.post({"reason": "both"})
         until(lambda: "settings changed notification reason=both" in self.heard_by(
             other, other_home), "the other extension heard it")
+
+    def test_an_extension_that_is_stopped_holds_nobody_up(self):
+        stopped = self.start_extension(Home())
+        stopped.request("toolbar")
+        stopped.process.send_signal(signal.SIGSTOP)
+        try:
+            # More than the stopped one's connection takes without being read.
+            self.post({"reason": "r" * 120_000}, "s" * 120_000)
+        finally:
+            stopped.process.send_signal(signal.SIGCONT)
+        self.assertEqual(self.home.new_log_messages()[0],
+                         "settings changed notification reason=" + "r" * 120_000)
 
     def heard_by(self, extension, home):
         extension.request("wait", seconds=0.1)
