@@ -9,67 +9,68 @@
 // `FinderSync` declares the method; here it is only a name.
 #pragma clang diagnostic ignored "-Wundeclared-selector"
 
-// Outside the product's namespace, where `FinderActionContext` is the Objective-C class.
+namespace quorva {
 namespace {
 
 class MenuRenderer {
    public:
     explicit MenuRenderer(id target) : target_(target) {}
 
-    NSMenu* renderedMenu(const quorva::Menu& menu) {
+    NSMenu* renderedMenu(const Menu& menu) {
         NSMenu* rendered =
-            [[[NSMenu alloc] initWithTitle:quorva::foundationString(menu.title)] autorelease];
+            [[[NSMenu alloc] initWithTitle:foundationString(menu.title)] autorelease];
         rendered.autoenablesItems = NO;
-        for (const quorva::MenuItem& item : menu.items) {
+        for (const MenuItem& item : menu.items) {
             [rendered addItem:item.isSeparator ? [NSMenuItem separatorItem] : renderedItem(item)];
         }
         return rendered;
     }
 
    private:
-    NSMenuItem* renderedItem(const quorva::MenuItem& item) {
-        const bool isActionable = item.action == quorva::MenuItem::Action::performFeatureChild;
+    NSMenuItem* renderedItem(const MenuItem& item) {
+        const bool isActionable = item.action == MenuItem::Action::performFeatureChild;
         NSMenuItem* rendered = [[[NSMenuItem alloc]
-            initWithTitle:quorva::foundationString(item.title)
+            initWithTitle:foundationString(item.title)
                    action:isActionable ? @selector(performFeatureChild:) : nullptr
             keyEquivalent:@""] autorelease];
         rendered.target = isActionable ? target_ : nil;
         rendered.enabled = item.enabled;
-        rendered.identifier = item.identifier ? quorva::foundationString(*item.identifier) : nil;
+        rendered.identifier = item.identifier ? foundationString(*item.identifier) : nil;
         rendered.tag = static_cast<NSInteger>(item.tag);
         rendered.representedObject = representedObject(item.representedObject);
         rendered.submenu = item.submenu ? renderedMenu(*item.submenu) : nil;
         return rendered;
     }
 
-    id representedObject(const quorva::RepresentedObject& object) {
-        if (const auto* context = std::get_if<quorva::FinderActionContextPointer>(&object)) {
+    id representedObject(const RepresentedObject& object) {
+        if (const auto* context = std::get_if<FinderActionContextPointer>(&object)) {
             return [[[FinderActionContextObject alloc] initWithContext:*context] autorelease];
         }
-        if (const auto* entries = std::get_if<quorva::PropertyList::Dictionary>(&object)) {
+        if (const auto* entries = std::get_if<PropertyList::Dictionary>(&object)) {
             return converter_.dictionary(*entries);
         }
         return nil;
     }
 
     id target_;
-    quorva::FoundationObjectConverter converter_;
+    FoundationObjectConverter converter_;
 };
 
-quorva::RepresentedObject representedObject(id object) {
+RepresentedObject representedObject(id object) {
     if (object == nil) {
         return {};
     }
     if ([object isKindOfClass:[FinderActionContextObject class]]) {
         return [static_cast<FinderActionContextObject*>(object) context];
     }
-    if (auto entries = quorva::propertyListEntries(object)) {
+    if (auto entries = propertyListEntries(object)) {
         return std::move(*entries);
     }
-    return quorva::ForeignObject{};
+    return ForeignObject{};
 }
 
 }  // namespace
+}  // namespace quorva
 
 NSMenu* quorva::renderedMenu(const Menu& menu, id target) {
     return MenuRenderer(target).renderedMenu(menu);
@@ -87,7 +88,7 @@ quorva::MenuItem quorva::menuItem(NSMenuItem* item) {
         result.identifier = utf8String(item.identifier);
     }
     result.tag = item.tag;
-    result.representedObject = ::representedObject(item.representedObject);
+    result.representedObject = quorva::representedObject(item.representedObject);
     result.isSeparator = [item isSeparatorItem];
     return result;
 }
