@@ -5,7 +5,7 @@
 
 The command shares no process, no network and no file of "/tmp" and "/Users" with anything else on
 the machine: it finds both folders empty, and what it leaves in them or in the background goes with
-it. Root lacks what lets it ignore permissions, so that they mean the same for every user.
+it. "/Volumes/Small" is an empty disk of 256 KiB. Root lacks what lets it ignore permissions, so that they mean the same for every user.
 QUORVA_ALONE in the environment says all this.
 
 Where the system allows no namespaces the command runs in the open, after a line that says why.
@@ -58,6 +58,9 @@ def enter_new_root():
     for name in ("/tmp", "/Users"):
         os.mkdir(NEW_ROOT + name)
         os.chmod(NEW_ROOT + name, 0o1777)
+    small_disk = NEW_ROOT + "/Volumes/Small"
+    os.makedirs(small_disk, exist_ok=True)
+    mount("tmpfs", small_disk, "tmpfs", options="size=256k,mode=1777")
     for folder in shown_folders():
         if not os.path.exists(NEW_ROOT + folder):
             os.makedirs(NEW_ROOT + folder)

@@ -51,6 +51,9 @@ QUEUED = {"event": "notification", "name": "app.ferrolin.Quorva.ActionQueued", "
 TEMPORARY_LOG = Path("/tmp/quorva-finder-extension.log")
 FALLBACK_QUEUE = Path("/tmp/quorva-action-queue")
 
+# A disk of 256 KiB, where run_alone.py could make one.
+SMALL_DISK = Path("/Volumes/Small")
+
 # Whether no other process of the machine can matter to the tests, nor they to it.
 ALONE = "QUORVA_ALONE" in os.environ
 
