@@ -362,17 +362,17 @@ TEST_F(FinderCustomDestinationsTest, NothingIsWrittenOrLogged) {
     EXPECT_EQ(platform().contents(customDestinationsPath), "garbage");
 }
 
-TEST_F(FinderCustomDestinationsTest, HundredThousandEntriesAreAllListed) {
+TEST_F(FinderCustomDestinationsTest, TenThousandEntriesAreAllListed) {
     PropertyList::Array entries;
-    for (int index = 0; index < 100'000; ++index) {
+    for (int index = 0; index < 10'000; ++index) {
         const std::string number = std::to_string(index);
         entries.push_back(destination(number.c_str(), number.c_str(), number.c_str()));
     }
     putDestinations(PropertyList::Dictionary{{"openApplication", std::move(entries)}});
     install({"/System/Applications/Preview.app"});
     const std::vector<Destination> listed = destinations(Kind::openApplication);
-    ASSERT_EQ(listed.size(), 100'001U);
-    EXPECT_EQ(listed.back().id, "99999");
+    ASSERT_EQ(listed.size(), 10'001U);
+    EXPECT_EQ(listed.back().id, "9999");
 }
 
 }  // namespace
