@@ -163,6 +163,10 @@ TEST_F(WrittenPropertyLists, DoNoHarmWhenBytesInThemAreChanged) {
             for (unsigned change = 0; change <= random() % 4; ++change) {
                 changed[random() % changed.size()] = static_cast<std::byte>(random());
             }
+            if (round % 2 == 0) {
+                changed.erase(changed.begin() +
+                              static_cast<std::ptrdiff_t>(random() % changed.size()));
+            }
             const auto list = propertyListWithData(changed);
             EXPECT_TRUE(list || !list.error().localizedDescription.empty());
         }
