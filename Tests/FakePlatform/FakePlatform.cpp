@@ -219,7 +219,14 @@ std::vector<std::string> State::filesBelow(const std::string& directory) const {
     return paths;
 }
 
-std::optional<Error> State::failureOf(Operation operation, std::string_view path) const {
+std::optional<Error> State::failureOf(Operation operation, std::string_view path) {
+    calls.push_back(operation);
+    if (failingCalls.contains(calls.size() - 1)) {
+        if (failingCallsThrow != nullptr) {
+            std::rethrow_exception(failingCallsThrow);
+        }
+        return Error{"injected failure"};
+    }
     for (const Failure& failure : failures) {
         if (failure.operation == operation && (!failure.path || *failure.path == path)) {
             if (const auto* exception = std::get_if<std::exception_ptr>(&failure.outcome)) {
@@ -350,19 +357,26 @@ Result<void> createDirectories(const std::string& path) {
 
 FileURL mainBundleURL() {
     const Lock lock(fakePlatform::mutex);
+    if (state().failureOf(Operation::findMainBundle)) {
+        return FileURL::directory("/");
+    }
     return state().mainBundleURL;
 }
 
 std::string localizedString(std::string_view key) {
     const Lock lock(fakePlatform::mutex);
-    (void)state().failureOf(Operation::localizeString);
+    if (state().failureOf(Operation::localizeString)) {
+        return std::string(key);
+    }
     const auto translation = state().translations.find(key);
     return translation == state().translations.end() ? std::string(key) : translation->second;
 }
 
 void logToConsole(std::string_view message) {
     const Lock lock(fakePlatform::mutex);
-    (void)state().failureOf(Operation::logToConsole);
+    if (state().failureOf(Operation::logToConsole)) {
+        return;
+    }
     state().consoleLines.emplace_back(message);
     state().record(Event::Kind::consoleLine, std::string(message));
 }
@@ -452,6 +466,9 @@ FileHandle::~FileHandle() = default;
 
 std::optional<char> FileHandle::lastByte() const {
     const Lock lock(fakePlatform::mutex);
+    if (state().failureOf(Operation::readLastByte)) {
+        return std::nullopt;
+    }
     const File& file = std::get<File>(
         state().find(state().openedFiles[static_cast<std::size_t>(descriptor_)])->content);
     return file.readable && !file.contents.empty() ? std::optional(file.contents.back())
@@ -474,11 +491,17 @@ Result<void> FileHandle::write(std::string_view bytes) const {
 
 FileURL homeDirectoryForCurrentUser() {
     const Lock lock(fakePlatform::mutex);
+    if (state().failureOf(Operation::findHomeDirectory)) {
+        return FileURL::directory("/");
+    }
     return state().homeDirectory;
 }
 
 std::vector<FileURL> urlsForDirectoryInUserDomain(SearchPathDirectory directory) {
     const Lock lock(fakePlatform::mutex);
+    if (state().failureOf(Operation::findStandardDirectories)) {
+        return {};
+    }
     return state().standardDirectories[directory];
 }
 
@@ -541,11 +564,17 @@ Result<std::vector<FileURL>> contentsOfDirectorySkippingHiddenFiles(const FileUR
 
 bool fileExistsAtPath(const std::string& path) {
     const Lock lock(fakePlatform::mutex);
+    if (state().failureOf(Operation::checkExistence, path)) {
+        return false;
+    }
     return state().find(path) != nullptr;
 }
 
 FileURL standardizedFileURL(const FileURL& url) {
     const Lock lock(fakePlatform::mutex);
+    if (state().failureOf(Operation::standardizePath, url.path())) {
+        return url;
+    }
     std::vector<std::string> kept;
     for (const std::string& component : fakePlatform::componentsOf(url.path())) {
         if (component == ".." && !kept.empty()) {
@@ -569,17 +598,25 @@ FileURL standardizedFileURL(const FileURL& url) {
 
 std::string pathByResolvingSymbolicLinks(const std::string& path) {
     const Lock lock(fakePlatform::mutex);
+    if (state().failureOf(Operation::resolveLinks, path)) {
+        return path;
+    }
     return state().resolvingLinks(path);
 }
 
 std::optional<std::vector<FileURL>> selectedItemURLs() {
     const Lock lock(fakePlatform::mutex);
-    (void)state().failureOf(Operation::readSelection);
+    if (state().failureOf(Operation::readSelection)) {
+        return std::nullopt;
+    }
     return state().selectedItemURLs;
 }
 
 std::optional<FileURL> targetedURL() {
     const Lock lock(fakePlatform::mutex);
+    if (state().failureOf(Operation::readTarget)) {
+        return std::nullopt;
+    }
     return state().targetedURL;
 }
 
@@ -621,6 +658,9 @@ namespace {
 
 void recordInUnifiedLog(void* log, const std::string& message) {
     const Lock lock(fakePlatform::mutex);
+    if (state().failureOf(Operation::logToUnifiedLog)) {
+        return;
+    }
     const auto& [subsystem, category] = *static_cast<std::pair<std::string, std::string>*>(log);
     state().unifiedLog.push_back({subsystem, category, message});
     state().record(Event::Kind::unifiedLogRecord, message);
@@ -644,11 +684,17 @@ void Logger::refreshedDirectories(std::string_view reason, long count) const {
 
 std::string userName() {
     const Lock lock(fakePlatform::mutex);
+    if (state().failureOf(Operation::readUserName)) {
+        return {};
+    }
     return state().userName;
 }
 
 std::optional<std::string> homeDirectoryForUser(const std::string& name) {
     const Lock lock(fakePlatform::mutex);
+    if (state().failureOf(Operation::findAccount)) {
+        return std::nullopt;
+    }
     const auto home = state().homeDirectoriesByUserName.find(name);
     return home == state().homeDirectoriesByUserName.end() ? std::nullopt
                                                            : std::optional(home->second);
@@ -668,7 +714,9 @@ Result<PropertyList> propertyListWithData(const Data& data) {
 
 std::size_t runningApplicationCount(std::string_view bundleIdentifier) {
     const Lock lock(fakePlatform::mutex);
-    (void)state().failureOf(Operation::countRunningApplications);
+    if (state().failureOf(Operation::countRunningApplications)) {
+        return 0;
+    }
     const auto count = state().runningApplications.find(bundleIdentifier);
     return count == state().runningApplications.end() ? 0 : count->second;
 }
@@ -689,10 +737,17 @@ std::string newUUIDString() {
 
 void openApplication(const FileURL& url, const OpenConfiguration& configuration,
                      std::function<void(const std::optional<Error>& error)> completion) {
-    const Lock lock(fakePlatform::mutex);
-    (void)state().failureOf(Operation::openApplication);
-    state().launches.push_back({url, configuration, std::move(completion)});
-    state().record(Event::Kind::applicationOpened, url.path());
+    std::optional<Error> error;
+    {
+        const Lock lock(fakePlatform::mutex);
+        error = state().failureOf(Operation::openApplication);
+        if (!error) {
+            state().launches.push_back({url, configuration, std::move(completion)});
+            state().record(Event::Kind::applicationOpened, url.path());
+            return;
+        }
+    }
+    completion(error);
 }
 
 }  // namespace quorva::platform

@@ -27,7 +27,7 @@
 /// no lock: a test joins its threads before it looks.
 namespace fakePlatform {
 
-/// The functions of the platform that can be made to fail.
+/// The functions of the platform. Each can be made to fail as its header says, and to throw.
 enum class Operation {
     readFile,
     parsePropertyList,
@@ -47,6 +47,17 @@ enum class Operation {
     postNotification,
     openApplication,
     countRunningApplications,
+    findMainBundle,
+    findHomeDirectory,
+    findStandardDirectories,
+    findAccount,
+    readUserName,
+    readTarget,
+    readLastByte,
+    checkExistence,
+    standardizePath,
+    resolveLinks,
+    logToUnifiedLog,
 };
 
 struct File {
@@ -137,6 +148,10 @@ struct State {
 
     std::map<std::string, Entry> entries;
     std::vector<Failure> failures;
+    /// The calls that fail, by their position in `calls`.
+    std::set<std::size_t> failingCalls;
+    /// What those throw. Null when they only fail.
+    std::exception_ptr failingCallsThrow;
     quorva::FileURL homeDirectory;
     std::map<quorva::platform::SearchPathDirectory, std::vector<quorva::FileURL>>
         standardDirectories;
@@ -197,14 +212,17 @@ struct State {
 
     // Used by the platform's functions.
 
+    /// Notes the call of `operation`. Returns how it fails, and nothing when it does its work.
     [[nodiscard]] std::optional<quorva::Error> failureOf(Operation operation,
-                                                         std::string_view path = {}) const;
+                                                         std::string_view path = {});
     /// What stands at `path` when links are followed, null when nothing does.
     [[nodiscard]] const Entry* find(const std::string& path) const;
     [[nodiscard]] Entry* find(const std::string& path);
     [[nodiscard]] std::string resolvingLinks(const std::string& path) const;
     void record(Event::Kind kind, std::string text);
 
+    /// The functions of the platform that were called.
+    std::vector<Operation> calls;
     /// How often the file at a path was read.
     std::map<std::string, int> reads;
     /// The paths of the files that were opened for appending; a handle's descriptor is an index.
