@@ -31,11 +31,7 @@ if(QUORVA_SANITIZERS)
 endif()
 
 if(QUORVA_COVERAGE)
-  # Relocated counters are kept in the profile's file itself, so that a process that ends by a fatal
-  # error leaves them too.
-  target_compile_options(
-    QuorvaOptions
-    INTERFACE -fprofile-instr-generate -fcoverage-mapping
-              "SHELL:-Xclang -mllvm -Xclang -runtime-counter-relocation")
+  target_compile_options(QuorvaOptions INTERFACE -fprofile-instr-generate -fcoverage-mapping
+                                                 -fcoverage-mcdc)
   target_link_options(QuorvaOptions INTERFACE -fprofile-instr-generate)
 endif()
