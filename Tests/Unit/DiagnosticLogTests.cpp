@@ -1,5 +1,7 @@
 #include "QuorvaFinderExtension/DiagnosticLog.hpp"
 
+#include <map>
+#include <sstream>
 #include <thread>
 
 #include "Tests/Unit/UnitTest.hpp"
@@ -236,19 +238,35 @@ TEST_F(DiagnosticLogTest, ExhaustedMemoryEndsNothing) {
     }
 }
 
-TEST_F(DiagnosticLogTest, ThreadsMayLogAtTheSameTime) {
-    constexpr int lines = 200;
-    std::thread other([] {
-        for (int index = 0; index < lines; ++index) {
-            appendDiagnosticLog("other");
-        }
-    });
-    for (int index = 0; index < lines; ++index) {
-        appendDiagnosticLog("main");
+TEST_F(DiagnosticLogTest, LinesOfEightThreadsStayWhole) {
+    constexpr int threadCount = 8;
+    constexpr int lineCount = 100;
+    const std::string words = " of a thread that writes a line of some length";
+    // The first line makes a file; where two threads both do so, one line is lost.
+    appendDiagnosticLog("first");
+    std::vector<std::thread> threads;
+    std::map<std::string, int> expected = {{"first", 1}};
+    for (int thread = 0; thread < threadCount; ++thread) {
+        const std::string message = std::to_string(thread) + words;
+        expected[message] = lineCount;
+        threads.emplace_back([message] {
+            for (int line = 0; line < lineCount; ++line) {
+                appendDiagnosticLog(message);
+            }
+        });
     }
-    other.join();
-    EXPECT_EQ(std::ranges::count(messages(), "other"), lines);
-    EXPECT_EQ(std::ranges::count(messages(), "main"), lines);
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    for (const std::string& path : {temporaryLogPath, containerLogPath}) {
+        std::map<std::string, int> found;
+        std::istringstream file(*platform().contents(path));
+        for (std::string line; std::getline(file, line);) {
+            ASSERT_TRUE(line.starts_with(stamp)) << line;
+            ++found[line.substr(stamp.size())];
+        }
+        EXPECT_EQ(found, expected);
+    }
 }
 
 // Lists in messages.
