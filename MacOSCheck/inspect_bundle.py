@@ -8,7 +8,6 @@ Reads with LLVM's tools and Python's standard library, so it works where there i
 import argparse
 import plistlib
 import re
-import shlex
 import shutil
 import subprocess
 import sys
@@ -268,22 +267,6 @@ def thin_slice(executable, architecture, folder):
     return path
 
 
-def command_deviations(commands):
-    """Whether everything was compiled and linked as safe for an app extension. A linker marks only
-    dylibs as such, so the commands are what there is to look at."""
-    for command in commands.splitlines():
-        words = shlex.split(command)
-        what = None
-        if "-c" in words:
-            what = f"{words[words.index('-c') + 1]} was compiled"
-        elif "-o" in words and Path(words[words.index("-o") + 1]).name == EXECUTABLE:
-            what = "the executable was linked"
-            if "_NSExtensionMain" not in words:
-                yield "entry: the executable was linked without -e _NSExtensionMain"
-        if what and "-fapplication-extension" not in words:
-            yield f"application extension: {what} without -fapplication-extension"
-
-
 def bundle_deviations(bundle, version, minimum_system_version, entitlements):
     contents = bundle / "Contents"
     yield from information_deviations(contents / "Info.plist", version, minimum_system_version)
@@ -311,7 +294,6 @@ def main():
     parser.add_argument("--version", required=True, help="the version that it must state")
     parser.add_argument("--minimum-system-version", required=True, metavar="VERSION")
     parser.add_argument("--entitlements", required=True, type=Path, help="what it is signed with")
-    parser.add_argument("--commands", type=Path, help="the commands that built it, one a line")
     arguments = parser.parse_args()
 
     deviations = list(
@@ -322,8 +304,6 @@ def main():
             arguments.entitlements,
         )
     )
-    if arguments.commands:
-        deviations += command_deviations(arguments.commands.read_text())
     for line in deviations:
         print(f"macos-check: {line}", file=sys.stderr)
     if deviations:

@@ -4,6 +4,10 @@ add_library(QuorvaOptions INTERFACE)
 target_compile_features(QuorvaOptions INTERFACE cxx_std_23)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_OBJCXX_EXTENSIONS OFF)
+# Before 3.26 CMake knows Apple Clang's option for C++, but not for Objective-C++.
+if(NOT CMAKE_OBJCXX23_STANDARD_COMPILE_OPTION)
+  set(CMAKE_OBJCXX23_STANDARD_COMPILE_OPTION "${CMAKE_CXX23_STANDARD_COMPILE_OPTION}")
+endif()
 
 target_compile_options(
   QuorvaOptions

@@ -6,7 +6,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from check import BUNDLE, ENTITLEMENTS, FOLDER, compiled
+from check import BUNDLE, ENTITLEMENTS, compiled
 
 import inspect_bundle
 
@@ -279,35 +279,6 @@ class ExecutableTest(BundleTestCase):
         self.assertEqual(len(lines), 2)
         for line in lines:
             self.assertRegex(line, "the method performFeatureChild: has the types [Bc]24@0:8@16")
-
-
-class CommandsTest(unittest.TestCase):
-    def setUp(self):
-        self.commands = (FOLDER / "commands.txt").read_text()
-
-    def test_the_commands_of_the_build_have_no_deviation(self):
-        self.assertEqual(list(inspect_bundle.command_deviations(self.commands)), [])
-
-    def test_each_command_without_the_flag_of_app_extensions_is_named(self):
-        lines = list(
-            inspect_bundle.command_deviations(self.commands.replace(" -fapplication-extension", ""))
-        )
-        self.assertIn(
-            "application extension: the executable was linked without -fapplication-extension",
-            lines,
-        )
-        for source in ("Cocoa/FinderSync.mm", "QuorvaFinderExtension/FinderExtension.cpp"):
-            self.assertTrue(any(f"{source} was compiled without" in line for line in lines), source)
-
-    def test_a_link_without_the_entry_is_named(self):
-        self.assertEqual(
-            list(
-                inspect_bundle.command_deviations(
-                    self.commands.replace("_NSExtensionMain", "_main")
-                )
-            ),
-            ["entry: the executable was linked without -e _NSExtensionMain"],
-        )
 
 
 if __name__ == "__main__":
