@@ -142,6 +142,7 @@ State::State()
       standardDirectories(standardDirectoriesBelow(homeDirectory)),
       userName("ada"),
       homeDirectoriesByUserName({{"ada", "/Users/ada"}}),
+      accountHomesByUserName({{"ada", "/Users/ada"}}),
       mainBundleURL(FileURL::directory(
           "/Applications/Quorva.app/Contents/PlugIns/QuorvaFinderExtension.appex")) {
     putDirectory("/tmp");
@@ -155,10 +156,19 @@ State::State()
 void State::enterSandbox() {
     homeDirectory = FileURL::directory(
         "/Users/ada/Library/Containers/app.ferrolin.Quorva.FinderExtension/Data");
-    standardDirectories = standardDirectoriesBelow(homeDirectory);
-    for (const auto& [directory, urls] : standardDirectories) {
-        putDirectory(urls.front().path());
+    homeDirectoriesByUserName["ada"] = homeDirectory.path();
+    for (auto& [directory, urls] : standardDirectories) {
+        const FileURL real =
+            std::exchange(urls, standardDirectoriesBelow(homeDirectory).at(directory)).front();
+        if (directory == SearchPathDirectory::documents ||
+            directory == SearchPathDirectory::applicationSupport) {
+            putDirectory(urls.front().path());
+        } else {
+            putSymbolicLink(urls.front().path(), real.path());
+        }
     }
+    putDirectory("/Users/ada").readable = false;
+    putDirectory("/tmp").writable = false;
 }
 
 File& State::putFile(const std::string& path, std::string contents) {
@@ -696,8 +706,14 @@ std::optional<std::string> homeDirectoryForUser(const std::string& name) {
         return std::nullopt;
     }
     const auto home = state().homeDirectoriesByUserName.find(name);
-    return home == state().homeDirectoriesByUserName.end() ? std::nullopt
-                                                           : std::optional(home->second);
+    if (home == state().homeDirectoriesByUserName.end()) {
+        return std::nullopt;
+    }
+    const auto account = state().accountHomesByUserName.find(name);
+    return home->second.contains("/Library/Containers/") &&
+                   account != state().accountHomesByUserName.end()
+               ? account->second
+               : home->second;
 }
 
 Result<PropertyList> propertyListWithData(const Data& data) {

@@ -156,7 +156,10 @@ struct State {
     std::map<quorva::platform::SearchPathDirectory, std::vector<quorva::FileURL>>
         standardDirectories;
     std::string userName;
+    /// As Foundation names them.
     std::map<std::string, std::string> homeDirectoriesByUserName;
+    /// As the account database has them.
+    std::map<std::string, std::string> accountHomesByUserName;
     std::map<std::string, std::string, std::less<>> translations;
     double timeIntervalSince1970 = 0;
     /// How far the clock moves on each time it is read.
@@ -179,8 +182,10 @@ struct State {
     /// The JSON objects that were serialised.
     std::vector<quorva::PropertyList> jsonObjects;
 
-    /// Makes the home folder, the standard directories and Application Support those of a
-    /// container, as they are for a sandboxed process. The account's home stays.
+    /// Makes the machine what it is for a sandboxed process: the home folder and what Foundation
+    /// names for the account are the container, and so are the standard directories. Of these
+    /// Desktop, Downloads, Movies, Music and Pictures are links to the user's own. The real home
+    /// can't be listed, and "/tmp" can't be written to.
     void enterSandbox();
 
     /// Puts a file at `path`, with the directories above it.

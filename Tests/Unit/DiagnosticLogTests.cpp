@@ -133,6 +133,7 @@ TEST_F(DiagnosticLogTest, SecondFileIsInTheContainersApplicationSupport) {
                                   "Application Support/Quorva/FinderExtension.log"),
               stamp + "x\n");
     EXPECT_FALSE(containerLog().has_value());
+    EXPECT_FALSE(temporaryLog().has_value());
 }
 
 TEST_F(DiagnosticLogTest, ApplicationSupportIsCreatedWhenItIsMissing) {

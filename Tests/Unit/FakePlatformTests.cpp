@@ -4,7 +4,9 @@
 #include "Platform/Bundle.hpp"
 #include "Platform/Data.hpp"
 #include "Platform/FileHandle.hpp"
+#include "Platform/FileManager.hpp"
 #include "Platform/JSONSerialization.hpp"
+#include "Platform/PathUtilities.hpp"
 #include "Platform/PropertyListSerialization.hpp"
 #include "Platform/UUID.hpp"
 #include "Tests/Unit/UnitTest.hpp"
@@ -55,6 +57,28 @@ TEST_F(FakePlatformTest, HandleAppendsToARegularFileThatMayBeWritten) {
     }
     platform().putFile("/tmp/a", "").writable = false;
     EXPECT_FALSE(FileHandle::forAppendingToURL(FileURL::file("/tmp/a")).has_value());
+}
+
+TEST_F(FakePlatformTest, SandboxIsAsUnkindAsTheRealOne) {
+    platform().enterSandbox();
+    const FileURL home = homeDirectoryForCurrentUser();
+    EXPECT_EQ(platform().homeDirectoriesByUserName["ada"], home.path());
+    EXPECT_FALSE(contentsOfDirectorySkippingHiddenFiles(FileURL::directory("/Users/ada")));
+    EXPECT_FALSE(writeDataAtomically({}, FileURL::file("/tmp/a")).has_value());
+    for (const char* const name : {"Desktop", "Downloads", "Movies", "Music", "Pictures"}) {
+        EXPECT_EQ(pathByResolvingSymbolicLinks(home.path() + "/" + name),
+                  std::string("/Users/ada/") + name);
+    }
+    EXPECT_EQ(pathByResolvingSymbolicLinks(home.path() + "/Documents"), home.path() + "/Documents");
+}
+
+TEST_F(FakePlatformTest, HomeOfAnAccountIsThatOfTheDatabaseWhereFoundationNamesAContainer) {
+    platform().accountHomesByUserName["ada"] = "/Users/lovelace";
+    EXPECT_EQ(homeDirectoryForUser("ada"), "/Users/ada");
+    platform().enterSandbox();
+    EXPECT_EQ(homeDirectoryForUser("ada"), "/Users/lovelace");
+    platform().accountHomesByUserName.clear();
+    EXPECT_EQ(homeDirectoryForUser("ada"), homeDirectoryForCurrentUser().path());
 }
 
 TEST_F(FakePlatformTest, DirectoriesAreCreatedUnlessAFileIsInTheWay) {

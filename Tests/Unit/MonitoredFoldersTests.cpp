@@ -74,11 +74,31 @@ TEST_F(MonitoredFoldersTest, VisibleFoldersInTheRealHomeAreMonitored) {
 
 TEST_F(MonitoredFoldersTest, FoldersOfTheRealHomeAreListedAndNotThoseOfTheContainer) {
     platform().enterSandbox();
+    platform().putDirectory("/Users/ada").readable = true;
     platform().putDirectory("/Users/ada/Projects");
     platform().putDirectory(platform().homeDirectory.path() + "/Inner");
     const URLs urls = monitoredDirectoryURLs();
     EXPECT_TRUE(urls.contains(FileURL::directory("/Users/ada/Projects")));
     EXPECT_FALSE(urls.contains(platform().homeDirectory.appendingDirectory("Inner")));
+}
+
+TEST_F(MonitoredFoldersTest, FoldersThatTheContainerLinksToAreMonitoredInTheSandbox) {
+    platform().enterSandbox();
+    const URLs urls = monitoredDirectoryURLs();
+    for (const char* const path :
+         {"/Users/ada/Desktop", "/Users/ada/Downloads", "/Users/ada/Movies", "/Users/ada/Music",
+          "/Users/ada/Pictures"}) {
+        EXPECT_TRUE(urls.contains(FileURL::directory(path))) << path;
+    }
+}
+
+TEST_F(MonitoredFoldersTest, HomeOfAnotherNameThanTheUserIsMonitoredInTheSandbox) {
+    platform().enterSandbox();
+    platform().accountHomesByUserName["ada"] = "/Users/lovelace";
+    const URLs urls = monitoredDirectoryURLs();
+    EXPECT_TRUE(urls.contains(FileURL::directory("/Users/lovelace")));
+    EXPECT_TRUE(urls.contains(FileURL::directory("/Users/lovelace/Desktop")));
+    EXPECT_FALSE(urls.contains(FileURL::directory("/Users/ada")));
 }
 
 TEST_F(MonitoredFoldersTest, HomeThatCannotBeListedLeavesTheOtherFolders) {
@@ -191,6 +211,7 @@ TEST_F(MonitoredFoldersTest, RealHomeIsTheFirstThatIsAUsersAndInNoContainer) {
     for (const HomeRow& row : rows) {
         fakePlatform::reset();
         platform().homeDirectoriesByUserName.clear();
+        platform().accountHomesByUserName.clear();
         if (row.accountHome) {
             platform().homeDirectoriesByUserName["ada"] = *row.accountHome;
         }
