@@ -39,12 +39,18 @@ check_preset() {
     esac
 }
 
-# The absolute form of a path that the caller gave.
+# The absolute form of a path that the caller gave, without "." and ".." where it is a folder.
 callers_path() {
     case $1 in
-        /*) printf '%s\n' "$1" ;;
-        *) printf '%s\n' "$caller/$1" ;;
+        /*) path=$1 ;;
+        *) path=$caller/$1 ;;
     esac
+    (CDPATH='' cd -- "$path" 2>/dev/null && pwd) || printf '%s\n' "$path"
+}
+
+# A path or any other string as a word for the shell.
+quoted() {
+    printf "'%s'\\n" "$(printf '%s\n' "$1" | sed "s/'/'\\\\''/g")"
 }
 
 # A build folder that was copied or moved along with its checkout still builds what lay, or lies, at

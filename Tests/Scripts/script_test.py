@@ -10,6 +10,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
+DASH = shutil.which("dash")
 ROOT = Path(__file__).resolve().parents[2]
 
 # Without what takes long in starting Python.
@@ -43,12 +44,22 @@ class ScriptTestCase(unittest.TestCase):
         shutil.copytree(ROOT / "scripts", project / "scripts")
         return project
 
-    def run_script(self, script, *arguments, cwd=None, **environment):
+    def copied_script(self, name):
+        """A script in a project of its own, which is made when there is none yet."""
+        project = self.folder / "project"
+        return (project if project.exists() else self.copy_scripts()) / "scripts" / name
+
+    def run_script(self, script, *arguments, cwd=None, answer="", **environment):
+        """Runs a script with `answer` to its questions. What is written for every shell runs in one
+        that has nothing beyond what each has."""
         path = f"{self.programs}:{os.environ['PATH']}"
+        with open(Path(cwd or ".") / script, encoding="utf-8") as file:
+            shell = [DASH] if file.readline() == "#!/bin/sh\n" else []
         return subprocess.run(
-            [str(script), *map(str, arguments)],
+            [*shell, str(script), *map(str, arguments)],
             cwd=cwd,
             env={**os.environ, "LOG": str(self.log), "PATH": path} | environment,
+            input=answer,
             capture_output=True,
             text=True,
             check=False,

@@ -21,6 +21,8 @@ if os.environ.get("FAIL") == " ".join([name, arguments[0], pathlib.Path(argument
     sys.exit("refused")
 if name == "plutil":
     print(plistlib.loads(pathlib.Path(arguments[-1]).read_bytes())["CFBundleIdentifier"])
+if name == "codesign" and arguments[:2] == ["--display", "--verbose"]:
+    sys.exit("Identifier=app.ferrolin.Quorva\\nTeamIdentifier=" + os.environ.get("TEAM", "not set"))
 if name == "codesign":
     signature = pathlib.Path(arguments[-1]) / "signature"
     if "--sign" in arguments and "--entitlements" in arguments:
@@ -124,6 +126,23 @@ class EmbedTest(ScriptTestCase):
         for call in self.signings():
             self.assertEqual(call[call.index("--sign") + 1], "-")
             self.assertNotIn("--timestamp", call)
+
+    def test_an_application_that_a_team_has_signed_is_not_signed_ad_hoc(self):
+        result = self.embed("--extension", self.extension, self.app, TEAM="A1B2C3D4E5")
+        self.assert_fails(
+            result,
+            f"{self.app} is signed by the team A1B2C3D4E5: "
+            "name an identity of that team with --identity",
+        )
+        self.assertEqual(self.signings(), [])
+        self.assertFalse(self.embedded.exists())
+
+    def test_an_identity_that_is_given_signs_what_a_team_has_signed(self):
+        for identity in ("Developer ID: A", "-"):
+            with self.subTest(identity):
+                result = self.embed("--extension", self.extension, "--identity", identity,
+                                    self.app, TEAM="A1B2C3D4E5")
+                self.assertEqual(result.returncode, 0, result.stderr)
 
     def test_an_identity_that_is_given_signs_both_with_a_timestamp(self):
         self.embed("--extension", self.extension, "--identity", "Developer ID: A", self.app)
@@ -259,6 +278,12 @@ class EmbedTest(ScriptTestCase):
         )
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertIn(f"pluginkit -a '{self.embedded}'\n", result.stdout)
+
+    def test_printed_paths_are_absolute_and_without_detours(self):
+        result = self.embed("--extension", "../built/QuorvaFinderExtension.appex",
+                            ".././Quorva.app", cwd=self.programs)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertIn(f"Embedded and signed: {self.embedded}\n", result.stdout)
 
     def test_when_signing_fails_the_former_extension_is_put_back(self):
         self.write_former()

@@ -1,54 +1,57 @@
 """scripts/setup on a Mac, with programs in place of the Mac's."""
 
-import os
 import shutil
-import subprocess
-import tempfile
 import unittest
-from pathlib import Path
 
-SETUP = Path(__file__).resolve().parents[2] / "scripts" / "setup"
+from script_test import ScriptTestCase
 
-ALL = ("clang++", "cmake", "ninja")
 BOTH = ("googletest", "nlohmann-json")
+TOOLS = "the command line tools are missing: xcode-select --install"
+OLD = "and 3.25 is the oldest that builds this: brew upgrade cmake"
 
-# What there is: programs, formulae of Homebrew or no Homebrew, and what is said to be missing.
+# Whether the command line tools are there, CMake's version and other programs, formulae of Homebrew or
+# no Homebrew, and what is said to be missing.
 CASES = (
-    (ALL, BOTH, None),
-    (ALL, None, None),
-    (("cmake", "ninja"), BOTH, "clang++ is missing: xcode-select --install"),
-    (("clang++", "ninja"), BOTH, "something is missing: brew install cmake"),
-    (("clang++",), None, "something is missing: brew install cmake ninja"),
-    (ALL, ("nlohmann-json",), "something is missing: brew install googletest"),
-    (("clang++", "cmake"), (), "something is missing: brew install ninja googletest nlohmann-json"),
+    (True, "3.31.2", ("ninja",), BOTH, None),
+    (True, "3.25.0", ("ninja",), None, None),
+    (True, "4.0.1", ("ninja",), BOTH, None),
+    (True, "10.2", ("ninja",), BOTH, None),
+    (True, "3.24.4", ("ninja",), BOTH, f"CMake is 3.24.4, {OLD}"),
+    (True, "3.9.6", ("ninja",), BOTH, f"CMake is 3.9.6, {OLD}"),
+    (True, "2.8.12", ("ninja",), BOTH, f"CMake is 2.8.12, {OLD}"),
+    (False, "3.31.2", ("ninja",), BOTH, TOOLS),
+    (True, None, ("ninja",), BOTH, "something is missing: brew install cmake"),
+    (True, None, (), None, "something is missing: brew install cmake ninja"),
+    (True, "3.31.2", ("ninja",), ("nlohmann-json",),
+     "something is missing: brew install googletest"),
+    (True, "3.31.2", (), (),
+     "something is missing: brew install ninja googletest nlohmann-json"),
 )
 
 
-class SetupTest(unittest.TestCase):
-    def run_setup(self, programs, formulae):
-        with tempfile.TemporaryDirectory(prefix="a folder with spaces ") as folder:
-            scripts = dict.fromkeys(programs, "exit 0")
-            scripts["uname"] = "echo Darwin"
-            if formulae is not None:
-                known = "|".join(formulae) or "-"
-                scripts["brew"] = f'case "$2" in {known}) exit 0 ;; esac; exit 1'
-            (Path(folder) / "dirname").symlink_to(shutil.which("dirname"))
-            for name, script in scripts.items():
-                program = Path(folder) / name
-                program.write_text(f"#!/bin/sh\n{script}\n")
-                program.chmod(0o755)
-            return subprocess.run(
-                [str(SETUP)],
-                env={**os.environ, "PATH": folder},
-                capture_output=True,
-                text=True,
-                check=False,
-            )
+class SetupTest(ScriptTestCase):
+    def add_programs(self, tools, cmake, others, formulae):
+        shutil.rmtree(self.programs)
+        self.programs.mkdir()
+        for name in ("dirname", "sed"):
+            (self.programs / name).symlink_to(shutil.which(name))
+        self.add_program("uname", "print('Darwin')")
+        # A Mac has this program also without the tools.
+        self.add_program("clang++", "sys.exit(1)")
+        self.add_program("xcode-select", f"sys.exit({0 if tools else 2})")
+        if cmake:
+            self.add_program("cmake", f"print('cmake version {cmake}\\n\\nCMake suite')")
+        for name in others:
+            self.add_program(name)
+        if formulae is not None:
+            self.add_program("brew", f"sys.exit(arguments[1] not in {formulae!r})")
 
     def test_a_mac_is_told_all_that_is_missing_in_one_line(self):
-        for programs, formulae, missing in CASES:
-            with self.subTest(programs=programs, formulae=formulae):
-                result = self.run_setup(programs, formulae)
+        for *there, missing in CASES:
+            with self.subTest(there):
+                self.add_programs(*there)
+                result = self.run_script(
+                    self.copied_script("setup"), PATH=str(self.programs))
                 expected = (0, "") if missing is None else (1, f"setup: {missing}\n")
                 self.assertEqual((result.returncode, result.stderr), expected)
 
