@@ -1,7 +1,8 @@
 # A thin front for scripts/ and the CMake presets: `make help` lists it. PRESET=NAME builds another
 # preset than the system's own.
 
-.PHONY: help setup build run test coverage bench format format-check lint macos-check appex clean
+.PHONY: help setup linux-only build run test coverage bench format format-check lint macos-check appex \
+  clean
 
 help:  ## list the targets
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "%-14s%s\n", $$1, $$2 }' $(MAKEFILE_LIST)
@@ -9,36 +10,46 @@ help:  ## list the targets
 setup:  ## install what is missing (on a Mac: say what is)
 	@scripts/setup
 
-build: setup  ## build: on Linux everything, on a Mac the bundle and the unit tests
+linux-only:
+	@[ "$$(uname)" = Linux ] || { echo "make: $(MAKECMDGOALS): only on Linux" >&2; exit 1; }
+
+build: setup  ## build: on Linux everything, on a Mac the bundle and its tests
 	@scripts/build $(PRESET)
 
-run: setup  ## show a menu, clicks and their records in a simulated Finder (Linux)
+# On a Mac it asks before it does anything to it.
+ifeq ($(shell uname),Darwin)
+run: setup
+	@scripts/macos-run
+else
+run: setup  ## show menus, clicks and their records: in a simulated Finder, on a Mac in its own
 	@scripts/build dev finder-sim Quorva QuorvaFinderExtension
 	@build/dev/finder-sim demo
+endif
 
 test: setup  ## build and pass every test
 	@scripts/test
 
-coverage: setup  ## fail unless the unit tests reach every line and branch of the core (Linux)
+coverage: linux-only setup  ## fail unless the unit tests reach every line and branch of the core (Linux)
 	@scripts/coverage
 
-bench: setup  ## run the benchmarks (Linux)
+bench: linux-only setup  ## run the benchmarks (Linux)
 	@scripts/benchmark
 
-format: setup  ## format the C++, the Objective-C++ and the Python (Linux)
+format: linux-only setup  ## format the C++, the Objective-C++ and the Python (Linux)
 	@scripts/format
 
-format-check: setup  ## fail when something is not formatted (Linux)
+format-check: linux-only setup  ## fail when something is not formatted (Linux)
 	@scripts/format --check
 
-lint: setup  ## check the C++, the Objective-C++, the Python and the scripts (Linux)
+lint: linux-only setup  ## check the C++, the Objective-C++, the Python and the scripts (Linux)
 	@scripts/lint
 
-macos-check: setup  ## build the bundle for the Mac, to inspect it (Linux)
+macos-check: linux-only setup  ## build the bundle for the Mac, to inspect it (Linux)
 	@scripts/macos-check
 
 appex: setup  ## build the bundle for every Mac (Mac)
 	@scripts/appex
 
-clean:  ## remove everything that was built
+clean:  ## remove everything that was built; on a Mac, take what make run did out of the system too
+	@[ "$$(uname)" != Darwin ] || scripts/macos-run --undo
 	@rm -rf build

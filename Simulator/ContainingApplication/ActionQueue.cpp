@@ -66,17 +66,36 @@ Record record(const path& file) {
     std::ifstream stream(file, std::ios::binary);
     const auto content = parseJSON<json>(stream);
     (void)content.at("actionID").get_ref<const std::string&>();
-    return {content.at("createdAt").get<double>(), file, content.dump()};
+    return {content.at("createdAt").get<double>(), file, escaped(content.dump())};
 }
 
-/// The "Quorva" folder of Application Support.
-path supportFolder() {
+path homeFolder() {
     const char* home = std::getenv("HOME");
     if (home == nullptr || *home != '/') {
         const passwd* const account = getpwuid(getuid());
         home = account == nullptr ? "/" : account->pw_dir;
     }
-    return path(home) / "Library/Application Support/Quorva";
+    return home;
+}
+
+/// The "Quorva" folder of Application Support in `home`.
+path supportFolder(const path& home) {
+    return home / "Library/Application Support/Quorva";
+}
+
+/// Where the extension puts its records: its home is its container, where it has one.
+path queueFolder() {
+    const path home = homeFolder();
+    const path container = home / "Library/Containers/app.ferrolin.Quorva.FinderExtension/Data";
+    return supportFolder(std::filesystem::is_directory(container) ? container : home) /
+           "ActionQueue";
+}
+
+/// In the user's own folder, and made with it: the extension's container is not for others' files.
+path performedFile() {
+    const path folder = supportFolder(homeFolder());
+    std::filesystem::create_directories(folder);
+    return folder / "Performed.jsonl";
 }
 
 /// Notes that `file`, which is not a record or can't be deleted, is not to be performed.
@@ -86,9 +105,8 @@ void leaveAlone(std::set<path>& leftAlone, const path& file, const std::string& 
                  escaped(reason).c_str());
 }
 
-void drain(const path& folder) {
+void drain(const path& queue, const path& performed) {
     static std::set<path> leftAlone;
-    const path queue = folder / "ActionQueue";
     if (!std::filesystem::exists(queue)) {
         return;
     }
@@ -109,7 +127,7 @@ void drain(const path& folder) {
     std::ranges::sort(records, {},
                       [](const Record& record) { return std::tie(record.createdAt, record.file); });
     for (const Record& next : records) {
-        appendLine(folder / "Performed.jsonl", next.line);
+        appendLine(performed, next.line);
         std::error_code error;
         std::filesystem::remove(next.file, error);
         if (error) {
@@ -122,7 +140,7 @@ void drain(const path& folder) {
 
 void drainQueue() noexcept {
     try {
-        drain(supportFolder());
+        drain(queueFolder(), performedFile());
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "Quorva: the queue can't be drained: %s\n",
                      escaped(exception.what()).c_str());

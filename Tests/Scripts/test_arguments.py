@@ -17,6 +17,7 @@ WRONG = {
     "format": ("--check", "file.cpp"),
     "lint": ("--all", "file.cpp"),
     "macos-check": ("dev",),
+    "macos-run": ("--yes", "now"),
     "macos-sdk": ("one folder", "another"),
     "run": ("dev",),
     "setup": ("now",),
@@ -56,11 +57,15 @@ class ArgumentsTest(ScriptTestCase):
                     self.assertRegex(result.stderr, rf"\A{name}: [^\n]+; --help [^\n]+\n\Z")
                     self.assert_nothing_was_done()
 
-    def test_what_runs_on_a_mac_is_written_for_every_shell(self):
-        for name in ("appex", "build", "embed", "setup", "test"):
+    def test_what_runs_on_a_mac_is_written_for_every_shell_and_every_systems_tools(self):
+        for name in ("appex", "build", "common.sh", "embed", "macos-run", "setup", "test"):
             with self.subTest(name):
-                first_line = (ROOT / "scripts" / name).read_text().splitlines()[0]
-                self.assertEqual(first_line, "#!/bin/sh")
+                text = (ROOT / "scripts" / name).read_text()
+                if name != "common.sh":
+                    self.assertEqual(text.splitlines()[0], "#!/bin/sh")
+                self.assertIsNone(re.search(
+                    r"sed -i|readlink -f|\bstat -|grep -\w*P|-printf|\brealpath\b|\bcp -\w*[abdltu]",
+                    text))
 
 
 class FolderTest(ScriptTestCase):

@@ -2,7 +2,7 @@
 
 #import <FinderSync/FinderSync.h>
 
-NS_ASSUME_NONNULL_BEGIN
+#pragma clang assume_nonnull begin
 
 /// What stands in for Finder at the other end of the controller.
 @interface FIFinderSyncController (Simulator)
@@ -17,4 +17,4 @@ NS_ASSUME_NONNULL_BEGIN
 
 @end
 
-NS_ASSUME_NONNULL_END
+#pragma clang assume_nonnull end
