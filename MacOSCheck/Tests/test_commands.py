@@ -34,7 +34,8 @@ class CommandsTest(unittest.TestCase):
 
     def test_each_command_without_the_flag_of_app_extensions_is_named(self):
         lines = list(
-            inspect_commands.command_deviations(self.commands.replace(" -fapplication-extension", ""))
+            inspect_commands.command_deviations(
+                self.commands.replace(" -fapplication-extension", ""))
         )
         self.assertIn(
             "application extension: the executable was linked without -fapplication-extension",

@@ -29,7 +29,8 @@
 namespace {
 
 /// Readable once a signal has asked to end. Read at the run loop, so that the queue is not left in
-/// the middle of a record. There before the program begins, as the queue is drained before the loop.
+/// the middle of a record. There before the program begins, as the queue is drained before the
+/// loop.
 const struct EndingRequest {
     EndingRequest();
     const int descriptor = eventfd(0, EFD_CLOEXEC);
