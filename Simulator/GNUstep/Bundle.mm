@@ -29,7 +29,7 @@ NSDictionary* ownStringTable() {
     @try {
         return text.propertyListFromStringsFileFormat;
     } @catch (NSException* exception) {
-        NSLog(@"%@ is no string table: %@", path, exception.reason);
+        NSLog(@"%@ is not a string table: %@", path, exception.reason);
         return nil;
     }
 }

@@ -17,7 +17,7 @@ int write(int descriptor, NSData* data) {
     return simulator::writeAll(descriptor, {static_cast<const char*>(data.bytes), data.length});
 }
 
-/// Answers 0 or the error's number, and leaves no temporary file.
+/// Returns 0 or the error's number, and leaves no temporary file.
 int writeAtomically(NSData* data, const std::filesystem::path& path) {
     const std::string temporary =
         path.parent_path() /
@@ -43,7 +43,7 @@ int writeAtomically(NSData* data, const std::filesystem::path& path) {
 
 @implementation NSData (FoundationOfMacOS)
 
-/// macOS: answers an error with every NO, and leaves no temporary file behind. GNUstep answers
+/// macOS: returns an error with every NO, and leaves no temporary file behind. GNUstep returns
 /// nil for the error and prints it on the console instead.
 - (BOOL)writeToURL:(NSURL*)url options:(NSUInteger)options error:(NSError**)error {
     NSString* path = url.path;

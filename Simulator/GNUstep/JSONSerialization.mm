@@ -24,7 +24,7 @@ bool holdsNonFiniteNumber(const nlohmann::json& value) {
 @implementation NSJSONSerialization (FoundationOfMacOS)
 
 /// macOS: can sort the keys, indents, and writes UTF-8 as it is; raises for a type that JSON does
-/// not have, and answers an error for a number that is not finite. GNUstep does none of these.
+/// not have, and returns an error for a number that is not finite. GNUstep does none of these.
 + (NSData*)dataWithJSONObject:(id)object
                       options:(NSJSONWritingOptions)options
                         error:(NSError**)error {

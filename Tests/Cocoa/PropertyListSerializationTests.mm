@@ -144,7 +144,7 @@ TEST_F(WrittenPropertyLists, AreNoDictionaryWhenTruncatedAnywhere) {
         for (std::size_t size = 0; size < whole.size(); ++size) {
             const auto list = propertyListWithData(
                 quorva::Data(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
-            // The first letters of the binary encoding are a text of the old form, and the line
+            // The first letters of the binary encoding are text of the old form, and the line
             // break at the end of the XML encoding is not missed.
             EXPECT_TRUE(!list || list->string() != nullptr || list == expected)
                 << name << " of " << size << " bytes";

@@ -76,7 +76,7 @@ def shared_entries(count):
 
 HUGE = 2**63 - 1
 
-# Every one of them is no list of entries, in whichever file it stands.
+# Every one of them is anything but a list of entries, in whichever file it stands.
 HOSTILE = {
     "a head alone": b"bplist00",
     "a head and a trailer of zeros": b"bplist00" + b"\0" * 32,
@@ -90,7 +90,7 @@ HOSTILE = {
     "an array of as many as a number can say": binary([counted(0xA0, HUGE)]),
     "an array whose length is negative": binary([b"\xaf\x13" + b"\xff" * 8]),
     "an array whose length has 16 bytes": binary([b"\xaf\x14" + b"\xff" * 16]),
-    "an array whose length is no number": binary([b"\xaf\x51a"]),
+    "an array whose length is not a number": binary([b"\xaf\x51a"]),
     "an array whose length is missing": binary([b"\xaf"]),
     "a dictionary of more than there is": binary([counted(0xD0, 2**40)]),
     "a dictionary of half of what overflows": binary([counted(0xD0, 2**62)]),
@@ -112,7 +112,7 @@ HOSTILE = {
     "an identifier": binary([b"\x80\x01"]),
     "a number of 16 bytes": binary([b"\x14" + b"\xff" * 16]),
     "a real of 3 bytes": binary([b"\x2f" + b"\xff" * 16]),
-    "a date that is no number": binary([b"\x33\x7f\xf8" + b"\0" * 6]),
+    "a date that is not a number": binary([b"\x33\x7f\xf8" + b"\0" * 6]),
     "offsets without a size": binary([array([])], trailer=(0, 1, 1, 0, 9)),
     "references without a size": binary([array([])], trailer=(1, 0, 1, 0, 9)),
     "offsets of 255 bytes": binary([array([])], trailer=(255, 1, 1, 0, 9)),

@@ -147,7 +147,7 @@ class DamagedFileTest(BadSettingsTestCase):
         for number in range(20):
             with self.subTest(number=number):
                 for name in SETTINGS_FILES:
-                    # The high bit keeps them from being a text, which is a property list too.
+                    # The high bit keeps them from being text, which is a property list too.
                     content = b"\xff" + generator.randbytes(generator.randrange(400))
                     self.home.write_bytes(name, content)
                 self.assertTrue(self.menu_is(defaults))

@@ -1,4 +1,4 @@
-"""The environment of the programs: what in it is no text does no harm."""
+"""The environment of the programs: what is not UTF-8 in it does no harm."""
 
 import os
 import signal

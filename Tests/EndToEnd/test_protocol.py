@@ -34,7 +34,7 @@ REFUSED_LINES = {
     "a comma at the end": b'{"id":1,"request":"toolbar",}',
     "single quotes": b"{'id':1,'request':'toolbar'}",
     "a comment": b'{"id":1,"request":"toolbar"} // toolbar',
-    "bytes that are no text": bytes(range(0x80, 0x100)),
+    "bytes that are not UTF-8": bytes(range(0x80, 0x100)),
     "control characters": b"\x00\x01\x02\x03",
     "a zero byte behind an object": b'{"id":1,"request":"toolbar"}\x00',
     "a text with a byte that is no UTF-8": b'{"id":1,"request":"menu\xff"}',

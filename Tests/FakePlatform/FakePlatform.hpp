@@ -191,7 +191,7 @@ struct State {
     /// Puts a file at `path`, with the directories above it.
     File& putFile(const std::string& path, std::string contents);
 
-    /// Puts a file at `path` that parses as `value`. Any other contents are no property list.
+    /// Puts a file at `path` that parses as `value`. No other contents are a property list.
     File& putPropertyList(const std::string& path, const quorva::PropertyList& value);
 
     /// Puts a directory at `path`, with those above it.

@@ -173,7 +173,7 @@ TEST_F(FinderViewPresetSettingsTest, EveryOtherNameIsKept) {
         "列表 · 最近修改 2.0",
         "列表 · 最近修改 ２",      // full-width digit
         "列表 · 最近修改 ٢",       // Arabic-Indic digit
-        "列表 · 最近修改\t2",      // a tab is no space
+        "列表 · 最近修改\t2",      // a tab is not a space
         "列表 · 最近修改\u00A02",  // nor is a no-break space
         "列表 · 最近修改 ",
         "· 3",
