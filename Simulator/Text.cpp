@@ -17,10 +17,10 @@ bool isUTF8(std::string_view text) {
     return quorva::utf8WithUTF16(quorva::utf16WithUTF8(text)) == text;
 }
 
-std::string escaped(std::string_view text, char16_t kept) {
+std::string escaped(std::string_view text) {
     quorva::UTF16 result;
     for (const auto unit : quorva::utf16WithUTF8(text)) {
-        if (isHarmless(unit) || (unit == kept && kept != 0)) {
+        if (isHarmless(unit)) {
             result.push_back(unit);
             continue;
         }

@@ -10,8 +10,8 @@ bool isUTF8(std::string_view text);
 
 /// `text` as it may be shown to people: a control character, a line or paragraph separator, and a
 /// character that changes the direction of writing become "\u" and four hexadecimal digits, as in
-/// "\u001b"; bytes that are not UTF-8 become "\ufffd". No terminal acts on the result. `kept` is
-/// the one such character that stays as it is. JSON means the same afterwards.
-std::string escaped(std::string_view text, char16_t kept = 0);
+/// "\u001b"; bytes that are not UTF-8 become "\ufffd". No terminal acts on the result.
+/// JSON means the same afterwards.
+std::string escaped(std::string_view text);
 
 }  // namespace simulator

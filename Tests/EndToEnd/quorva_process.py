@@ -16,16 +16,19 @@ import json
 import os
 import plistlib
 import re
-import select
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 import unittest
 from pathlib import Path
 
 from menu_model import UNUSABLE, Settings
+
+sys.path.append(str(Path(__file__).resolve().parents[2] / "Simulator/FinderCommand"))
+from extension_process import ExtensionProcess, start_virtual_display  # noqa: E402
 
 ACCOUNT_NAME = "ada"
 
@@ -113,19 +116,9 @@ class Run:
     def display():
         """The virtual display's name."""
         Run.folder()
-        reader, writer = os.pipe()
-        server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "640x480x24", "-nolisten", "tcp",
-             "-noreset"],
-            pass_fds=[writer], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL)
-        os.close(writer)
+        server, name = start_virtual_display()
         atexit.register(Run._stop, server)
-        with open(reader, encoding="ascii") as names:
-            name = names.readline().strip()
-        if not name:
-            raise RuntimeError("the virtual display did not start")
-        return ":" + name
+        return name
 
     @staticmethod
     def _stop(process):
@@ -145,12 +138,13 @@ class Run:
 
     @staticmethod
     def processes():
-        """What runs with this run's temporary folder, but for this process."""
-        marker = b"TMPDIR=" + os.fsencode(Run.folder())
+        """What runs with this run's temporary folder, or one in it, but for this process."""
+        markers = tuple(b"\0TMPDIR=" + os.fsencode(Run.folder()) + end for end in (b"\0", b"/"))
         found = []
         for process in Path("/proc").glob("[0-9]*"):
             with contextlib.suppress(OSError):
-                if marker in (process / "environ").read_bytes().split(b"\0"):
+                environment = b"\0" + (process / "environ").read_bytes()
+                if any(marker in environment for marker in markers):
                     found.append(int(process.name))
         return [process for process in found if process != os.getpid()]
 
@@ -255,67 +249,18 @@ def log_messages(content):
     return [message.removesuffix(b"\n").decode("utf-8") for message in messages]
 
 
-class ExtensionEnded(AssertionError):
-    """The extension's process ended in the middle of a request."""
+class Extension(ExtensionProcess):
+    """The extension's process of a home."""
 
-
-class ExtensionProcess:
-    """The extension's process, spoken to with one JSON object per line."""
+    answer_limit = end_limit = TIME_LIMIT
 
     def __init__(self, home, launch=False, language=None, executable=None, environment=None):
-        self._home = home
-        self._errors = tempfile.TemporaryFile(dir=Run.folder())
-        self.process = subprocess.Popen(
-            [executable or application_bundle() / EXTENSION_EXECUTABLE],
-            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=self._errors, bufsize=0,
-            env=program_environment(home, launch, language) | (environment or {}))
-        self._received = b""
-        self._next_id = 1
+        super().__init__(executable or application_bundle() / EXTENSION_EXECUTABLE,
+                         program_environment(home, launch, language) | (environment or {}))
 
     @property
     def pid(self):
         return self.process.pid
-
-    def standard_error(self):
-        self._errors.seek(0)
-        return self._errors.read().decode("utf-8", "replace")
-
-    def send_bytes(self, content):
-        """Writes to standard input as it is."""
-        view = memoryview(content)
-        try:
-            while view:
-                view = view[self.process.stdin.write(view):]
-        except BrokenPipeError:
-            raise self._ended() from None
-
-    def send_line(self, line):
-        self.send_bytes((line if isinstance(line, bytes) else line.encode("utf-8")) + b"\n")
-
-    def read_line(self):
-        """The next line of standard output; None at its end."""
-        deadline = time.monotonic() + TIME_LIMIT
-        pieces = [self._received]
-        output = self.process.stdout.fileno()
-        while b"\n" not in pieces[-1]:
-            ready, _, _ = select.select([output], [], [], max(0, deadline - time.monotonic()))
-            if not ready:
-                raise AssertionError("no answer in time\n" + self.standard_error())
-            piece = os.read(output, 1 << 20)
-            if not piece:
-                self._received = b"".join(pieces)
-                if self._received:
-                    raise AssertionError(f"half a line: {self._received[:200]!r}")
-                return None
-            pieces.append(piece)
-        line, self._received = b"".join(pieces).split(b"\n", 1)
-        return line
-
-    def read_answer(self):
-        line = self.read_line()
-        if line is None:
-            raise self._ended()
-        return json.loads(line.decode("utf-8"))
 
     def answer(self, request):
         """Sends a request as it is and reads its answer, which may be an error."""
@@ -323,11 +268,7 @@ class ExtensionProcess:
         return self.read_answer()
 
     def request(self, name, **fields):
-        """Sends a request that must be granted and reads its answer."""
-        number, self._next_id = self._next_id, self._next_id + 1
-        answer = self.answer({"id": number, "request": name, **fields})
-        assert answer.get("id") == number, answer
-        assert "error" not in answer, answer["error"]
+        answer = super().request(name, **fields)
         assert isinstance(answer["events"], list) and isinstance(answer["unifiedLog"], list)
         return answer
 
@@ -344,29 +285,16 @@ class ExtensionProcess:
 
     def close(self):
         """Ends standard input and waits for the end; returns the exit status."""
-        if not self.process.stdin.closed:
-            self.process.stdin.close()
+        self.process.stdin.close()
         if not self.process.stdout.closed:
-            rest = self.read_line()
-            self.process.stdout.close()
+            rest = self.read_line() or self._received or None
             assert rest is None, f"more on standard output: {rest[:200]!r}"
-        status = self.process.wait(TIME_LIMIT)
-        self._errors.close()
-        return status
+        return self.end()
 
     def kill(self):
         """Ends the process at once, whatever it is doing."""
-        if self.process.poll() is None:
-            self.process.kill()
-        self.process.wait()
-        self.process.stdin.close()
-        self.process.stdout.close()
-        self._errors.close()
-
-    def _ended(self):
-        status = self.process.wait(TIME_LIMIT)
-        return ExtensionEnded(
-            f"the extension's process ended with {status}\n{self.standard_error()[-4000:]}")
+        self.process.kill()
+        self.end()
 
 
 def finder_state(request):
@@ -484,13 +412,13 @@ class EndToEndTestCase(unittest.TestCase):
 
     def start_extension(self, home=None, **options):
         """Starts the extension; it has to end with status 0 when its input does."""
-        process = ExtensionProcess(home or self.home, **options)
+        process = Extension(home or self.home, **options)
         self.addCleanup(self._end_well, process)
         return process
 
     def start_mortal_extension(self, home=None, **options):
         """Starts an extension that the test itself ends."""
-        process = ExtensionProcess(home or self.home, **options)
+        process = Extension(home or self.home, **options)
         self.addCleanup(process.kill)
         return process
 

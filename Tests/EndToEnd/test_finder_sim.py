@@ -1,6 +1,7 @@
 """The Finder for the command line."""
 
 import contextlib
+import ctypes
 import json
 import os
 import random
@@ -246,7 +247,7 @@ class FinderSimTest(FinderSimTestCase):
         for arguments in (["--help"], ["menu", "--help"], ["click", "--help"],
                           ["directories", "--help"], ["demo", "--help"]):
             output = self.finder_sim(*arguments)
-            self.assertIn("Usage", output)
+            self.assertIn("usage", output)
         for name in ("menu", "click", "directories", "demo", "finder-sim COMMAND --help"):
             self.assertIn(name, self.finder_sim("--help"))
         for option in ("--select", "--target", "--kind", "--home", "--account-home", "--delivery",
@@ -511,6 +512,119 @@ class OddResponseTest(FinderSimTestCase):
         self.check("click", "压缩为 ZIP")
 
 
+PR_CAPBSET_DROP, CAP_SYS_ADMIN = 24, 21
+NAMESPACES = ["unshare", "--mount", *(["--user"] if os.geteuid() else [])]
+
+
+class SandboxTest(FinderSimTestCase):
+    """The extension lives as in a Mac's sandbox."""
+
+    def setUp(self):
+        super().setUp()
+        self.container = (self.home.path / "Library" / "Containers"
+                          / "app.ferrolin.Quorva.FinderExtension" / "Data")
+
+    def require_namespaces(self):
+        if subprocess.run([*NAMESPACES, "true"], stderr=subprocess.DEVNULL).returncode != 0:
+            self.skipTest("the system allows no namespaces here")
+
+    def outcomes(self, *operations):
+        """What the extension meets when it tries these in the sandbox: names of errors, or None."""
+        self.require_namespaces()
+        self.use_extension(
+            "import errno, json, os, pathlib",
+            "def outcome(operation):",
+            "    try: eval(operation)",
+            "    except OSError as error: return errno.errorcode[error.errno]",
+            f"outcomes = [outcome(operation) for operation in {operations!r}]",
+            "input()",
+            "print(json.dumps({'id': 1, 'menu': None, 'outcomes': outcomes}))")
+        output = self.finder_sim("menu", "--sandbox", "--json")
+        return json.loads(output)["outcomes"]
+
+    def test_the_extension_s_home_is_laid_out_like_a_container(self):
+        self.require_namespaces()
+        lines = self.finder_sim("directories", "--sandbox").splitlines()
+        self.assertIn(str(self.container), lines)
+        for name in ("Desktop", "Downloads", "Movies", "Music", "Pictures"):
+            self.assertEqual((self.container / name).readlink(), self.home.path / name)
+        for name in ("Documents", "Library/Application Support/Quorva", "tmp"):
+            self.assertFalse((self.container / name).is_symlink())
+            self.assertTrue((self.container / name).is_dir())
+
+    def test_links_lead_to_the_home_of_the_account(self):
+        self.require_namespaces()
+        account_home = Run.new_folder()
+        (account_home / "Desktop").mkdir()
+        lines = self.finder_sim(
+            "directories", "--sandbox", "--account-home", account_home).splitlines()
+        self.assertEqual((self.container / "Desktop").readlink(), account_home / "Desktop")
+        self.assertIn(str(account_home / "Desktop"), lines)
+
+    def test_settings_are_read_and_records_queued_in_the_container(self):
+        self.require_namespaces()
+        self.refused("click", "打开", "/1", *SELECT, "--sandbox")
+        Home(self.container).write("CustomDestinations.plist", {
+            "quickOpen": [{"id": "1", "name": "/1", "path": "/1"}]})
+        self.finder_sim("click", "打开", "/1", *SELECT, "--sandbox", "--launch")
+        self.assertEqual([line["title"] for line in Home(self.container).performed()], ["/1"])
+        self.assertEqual(self.home.performed(), [])
+
+    def test_the_account_s_home_can_t_be_listed_or_changed(self):
+        home = self.home.path
+        (home / "secret.txt").touch()
+        (home / "Downloads").mkdir()
+        self.assertEqual(
+            self.outcomes(f"os.listdir({str(home)!r})",
+                          f"os.listdir({str(self.container.parent)!r})",
+                          f"open({str(home / 'secret.txt')!r})",
+                          f"os.listdir({str(home / 'Downloads')!r})",
+                          f"open({str(home / 'new.txt')!r}, 'w')", "os.listdir('..')"),
+            ["EACCES", "EACCES", "ENOENT", "ENOENT", "EROFS", "EACCES"])
+
+    def test_what_the_entitlements_open_can_be_read_and_changed(self):
+        icloud = self.home.path / "Library" / "Mobile Documents" / "com~apple~CloudDocs"
+        folders = [folder / name for folder in (self.home.path, icloud)
+                   for name in ("Desktop", "Documents")]
+        for folder in folders:
+            folder.mkdir(parents=True)
+        self.assertEqual(
+            self.outcomes(*(f"pathlib.Path({str(folder / 'new')!r}).touch()" for folder in folders),
+                          "os.listdir('Desktop')", "open('tmp/new', 'w')",
+                          "open(os.environ['TMPDIR'] + '/new', 'w')",
+                          "open(os.environ['HOME'] + '/Documents/new', 'w')"), [None] * 8)
+        for folder in folders:
+            self.assertTrue((folder / "new").exists())
+
+    def test_the_temporary_folder_of_the_system_can_be_read_and_not_changed(self):
+        self.assertEqual(self.outcomes("os.listdir('/tmp')", "open('/tmp/new', 'w')"),
+                         [None, "EROFS"])
+
+    def test_the_demonstration_runs_in_it_unless_told_otherwise(self):
+        self.require_namespaces()
+        for arguments, sandbox in (([], "enforced"), (["--no-sandbox"], "none")):
+            report = json.loads(self.finder_sim("demo", "--json", *arguments))
+            self.assertEqual(report["sandbox"], sandbox)
+            self.assertEqual(len(report["clicks"]), 8)
+
+    def test_the_demonstration_takes_a_home_with_a_container(self):
+        self.require_namespaces()
+        self.finder_sim("menu", "--sandbox")
+        shutil.copytree(self.home.quorva, self.container / "Library/Application Support/Quorva",
+                        dirs_exist_ok=True)
+        self.finder_sim("demo", "--home", self.home.path)
+
+    @unittest.skipUnless(os.geteuid() == 0, "nothing keeps a user from a namespace but the system")
+    def test_where_it_can_t_be_enforced_the_demonstration_says_so_and_other_commands_fail(self):
+        def refuse_namespaces():
+            ctypes.CDLL(None).prctl(PR_CAPBSET_DROP, CAP_SYS_ADMIN, 0, 0, 0)
+
+        output = self.finder_sim("demo", preexec_fn=refuse_namespaces)
+        self.assertIn("laid out, but not enforced: unshare: ", output)
+        error = self.refused("menu", "--sandbox", preexec_fn=refuse_namespaces)
+        self.assertEqual(error.count("\n"), 1)
+
+
 INTERRUPTS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT)
 
 
@@ -518,7 +632,7 @@ class InterruptTest(FinderSimTestCase):
     """An interrupt leaves nothing behind, whatever was going on."""
 
     # How often each command is interrupted, each time a little later.
-    INTERRUPTIONS = int(os.environ.get("QUORVA_INTERRUPTIONS", "7"))
+    INTERRUPTIONS = int(os.environ.get("QUORVA_INTERRUPTIONS", "6"))
 
     COMMANDS = [
         ["menu", *SELECT],
@@ -526,6 +640,7 @@ class InterruptTest(FinderSimTestCase):
         ["click", "压缩为 ZIP", *SELECT],
         ["click", "压缩为 ZIP", *SELECT, "--launch"],
         ["click", "压缩为 ZIP", *SELECT, "--launch", "--keep-running"],
+        ["click", "压缩为 ZIP", *SELECT, "--launch", "--sandbox"],
         ["demo"],
     ]
 
@@ -587,7 +702,8 @@ class InterruptTest(FinderSimTestCase):
             with self.subTest(lines=lines):
                 self.use_extension("import os, pathlib, signal, time",
                                    "pathlib.Path(%r).touch()" % str(started), *lines)
-                process = self.start_finder_sim("demo")
+                # What is in a sandbox can't say that it has started.
+                process = self.start_finder_sim("demo", "--no-sandbox")
                 until(started.exists, "the extension started")
                 process.send_signal(signal.SIGINT)
                 self.assertEqual(process.wait(TIME_LIMIT), 128 + signal.SIGINT)

@@ -1,0 +1,260 @@
+"""finder-sim: Finder, as far as an extension with a menu can tell, on the command line."""
+
+import argparse
+import contextlib
+import os
+import sys
+
+from click import click, click_text, request_menu
+from demo import prepare_home, run_demo
+from extension_process import (
+    ExtensionProcess, Failure, InvalidResponse, member, start_virtual_display)
+from menu import entry_named, menu_entries, menu_tree
+from sandbox import enter_sandbox, lay_out_container
+from supervisor import supervise
+from terminal import escaped, json_text, write
+
+FOOTER = r"""
+finder-sim COMMAND --help lists the options of a command.
+A character that a terminal could act on is shown as \u and its four digits.
+The protocol between the two is described in Documentation/ExtensionProtocol.md.
+"""
+
+HELP = """\
+usage: finder-sim COMMAND [OPTION...]
+
+finder-sim plays Finder for Quorva's extension: it starts the extension from
+Quorva.app/Contents/PlugIns beside this program, asks it for menus, and clicks.
+
+  finder-sim demo
+  finder-sim menu --select ~/Documents/report.txt --target ~/Documents
+  finder-sim menu --target ~/Documents --kind container --language en
+  finder-sim click 复制名称与路径 复制完整路径 --select ~/Documents/report.txt
+  finder-sim click 复制完整路径 --select ~/a.txt --delivery finder --launch
+
+The extension reads its settings from, and queues its records in, "Library/
+Application Support/Quorva" below the home folder: --home, or else $HOME. Where
+there is no display, a virtual one is started.
+
+commands:
+"""
+
+COMMANDS = {
+    "menu": "Show the menu as a tree; what can't be clicked is marked",
+    "click": "Click an entry and show the record, the notification and the launch",
+    "directories": "List the folders that the extension monitors",
+    "demo": "Show both layouts of a menu in a sample home, and a click on every kind of entry",
+}
+
+SANDBOX_HELP = """
+Give the extension a home as in a Mac's sandbox: the container
+"Library/Containers/app.ferrolin.Quorva.FinderExtension/Data" below the home folder, laid out where
+it is missing, with settings and a queue of its own. Enforced: the account's home can't be listed,
+and nothing of it be read or changed but the container, Desktop, Documents and their like in iCloud
+Drive; "/tmp" can't be changed. Not enforced: other folders, the network and other processes stay
+open, and a launched application is in the same sandbox. The demonstration does this unless told
+otherwise; where the system does not let it be enforced, it says so and goes on, and other commands
+fail"""
+
+
+class Parser(argparse.ArgumentParser):
+
+    def print_help(self, file=None):
+        write(self.format_help())
+
+    def error(self, message):
+        raise Failure(escaped(message) + " (--help says more)")
+
+
+class Once(argparse.Action):
+    """Stores a value, and refuses a second one."""
+
+    def __call__(self, parser, options, value, option_string=None):
+        if getattr(options, self.dest) is not None:
+            parser.error(f"{option_string} is there twice")
+        setattr(options, self.dest, value)
+
+
+def absolute_path(path):
+    """The form in which Finder would name it: from the root, without "." and "..", and without a
+    slash at its end. Links are not followed."""
+    if not path:
+        raise argparse.ArgumentTypeError("a path is missing")
+    if not is_utf8(path):
+        raise argparse.ArgumentTypeError("a path is not UTF-8")
+    return "/" + os.path.abspath(path).lstrip("/")
+
+
+def is_utf8(text):
+    # What Python could not decode are surrogates.
+    return not any("\ud800" <= character <= "\udfff" for character in text)
+
+
+def one_of(*values):
+    def choice(value):
+        if value not in values:
+            raise argparse.ArgumentTypeError(f"{value} is not one of {', '.join(values)}")
+        return value
+    return choice
+
+
+def command_parser(command):
+    parser = Parser(
+        prog=f"finder-sim {command}", description=COMMANDS[command], epilog=FOOTER,
+        allow_abbrev=False, formatter_class=lambda prog: argparse.RawDescriptionHelpFormatter(
+            prog, max_help_position=26, width=100))
+    parser.set_defaults(select=[], target=None, delivery=None, launch=False, keep_running=False)
+    add = parser.add_argument
+    if command == "click":
+        add("titles", metavar="TITLE", nargs="+",
+            help="The titles on the way to the entry, or its last ones when they say enough")
+    if command != "directories":
+        add("--select", metavar="PATH", action="append", type=absolute_path,
+            help="An item to select; once for each. Without one nothing is selected")
+        add("--target", metavar="DIR", action=Once, type=absolute_path,
+            help="The folder that the Finder window shows. Without it there is none")
+        add("--kind", action=Once, type=one_of("items", "container", "sidebar", "toolbar"),
+            help="Where the menu is opened: items, container, sidebar or toolbar. Without it items "
+            "when something is selected, else container")
+        add("--language", action=Once, type=one_of("en", "zh-Hans", "zh-Hant"),
+            help="The language of the menu: en, zh-Hans (the default) or zh-Hant")
+    add("--home", metavar="DIR", action=Once, type=absolute_path,
+        help="The home folder of the extension, its container on a Mac; with --sandbox the one "
+        "that the container is in. The demonstration works on a copy of it")
+    add("--account-home", metavar="DIR", action=Once, type=absolute_path,
+        help="The home folder that the user's account has, where it is another")
+    add("--sandbox", action=argparse.BooleanOptionalAction, help=SANDBOX_HELP,
+        default=None if command == "demo" else False)
+    if command in ("click", "demo"):
+        add("--delivery", metavar="HOW", action=Once, type=one_of("intact", "finder"),
+            help="How a clicked item reaches the extension: intact (the default of click) is the "
+            "very item of the menu; finder is an item rebuilt of its title, enabled state, tag, "
+            "state and indentation, as Finder does it")
+    if command == "click":
+        add("--launch", action="store_true",
+            help="Really start the containing application when the extension asks for it, and end "
+            "it when it has performed the record")
+        add("--keep-running", action="store_true",
+            help="Leave the application that --launch started running")
+    add("--json", action="store_true", help="Print JSON instead of text for people")
+    add("--verbose", action="store_true", help="Show what the extension writes on standard error")
+    return parser
+
+
+def parse(arguments):
+    command, *rest = arguments or [""]
+    if command in ("-h", "--help"):
+        write(HELP + "".join(f"  {name:13}{text}\n" for name, text in COMMANDS.items()) + FOOTER)
+        sys.exit(0)
+    if command not in COMMANDS:
+        raise Failure(escaped(f"{command} is not a command" if command else "a command is missing")
+                      + " (--help says more)")
+    parser = command_parser(command)
+    # Titles may come between options, or else begin with a dash.
+    options = (parser.parse_args if "--" in rest else parser.parse_intermixed_args)(rest)
+    if options.keep_running and not options.launch:
+        parser.error("--keep-running is nothing without --launch")
+    if options.home and not os.path.isdir(options.home):
+        parser.error(f"there is no folder {options.home}")
+    options.command = command
+    return options
+
+
+def prepare_environment(options, application):
+    """Gives the extension the environment that the options ask for, and the sandbox."""
+    for name, value in (("HOME", options.home), ("SIMULATOR_ACCOUNT_HOME", options.account_home),
+                        ("SIMULATOR_LANGUAGE", getattr(options, "language", None))):
+        if value:
+            os.environ[name] = value
+    os.environ["SIMULATOR_LAUNCH"] = "1" if options.launch else "0"
+    home = os.environ.get("HOME", "")
+    if not home.startswith("/"):
+        raise Failure("HOME names no folder: say --home")
+    if not is_utf8(home):
+        raise Failure("the home folder's path is not UTF-8")
+    is_required, options.sandbox = options.sandbox, "none"
+    if is_required is not False:
+        account_home = os.environ.setdefault("SIMULATOR_ACCOUNT_HOME", home)
+        container = lay_out_container(home, account_home)
+        os.environ["HOME"] = container
+        os.environ.update(dict.fromkeys(("TMPDIR", "TEMP", "TMP"), container + "/tmp"))
+        os.environ["DISPLAY"] = start_virtual_display()[1]
+        try:
+            enter_sandbox(container, account_home, application)
+            options.sandbox = "enforced"
+        except OSError as error:
+            options.sandbox = f"laid out, but not enforced: {error.strerror}"
+            if is_required:
+                raise Failure(f"the sandbox can't be enforced: {error.strerror}") from None
+
+
+def show_answer(options, extension):
+    """What every command but the demonstration does."""
+    if options.command == "directories":
+        response = extension.request("directories")
+        paths = member(response, "directories", list)
+        if not all(isinstance(path, str) for path in paths):
+            raise InvalidResponse("a path is not a string")
+        text = "".join(escaped(path) + "\n" for path in paths)
+    else:
+        response = request_menu(extension, options)
+        text = menu_tree(response["menu"])
+    if options.command == "click":
+        entry = entry_named(menu_entries(response["menu"]), options.titles)
+        response = click(extension, entry, options)
+        text = click_text(response)
+    write(json_text(response) + "\n" if options.json else text)
+    if options.command == "click" and not response["records"]:
+        raise Failure("no record of the click was written")
+
+
+def show_errors(text):
+    with contextlib.suppress(Failure):
+        write(escaped(text, "\n"), 2)
+
+
+def carry_out(options, folder):
+    build_folder = os.path.dirname(os.path.realpath(sys.argv[0]))
+    application = os.path.join(build_folder, "Quorva.app")
+    if options.command == "demo":
+        prepare_home(options, os.path.join(build_folder, "Samples/Home"), folder)
+    prepare_environment(options, application)
+    extension = ExtensionProcess(
+        application + "/Contents/PlugIns/QuorvaFinderExtension.appex/Contents/MacOS/"
+        "QuorvaFinderExtension", show_errors=show_errors if options.verbose else None)
+    try:
+        if options.command == "demo":
+            run_demo(extension, options)
+        else:
+            show_answer(options, extension)
+    finally:
+        extension.end()
+
+
+def exit_status(folder):
+    """Carries out the command line. A failure becomes a line on standard error."""
+    try:
+        carry_out(parse(sys.argv[1:]), folder)
+        return 0
+    except SystemExit as end:
+        return end.code
+    except RecursionError:
+        reason = "the extension's response is nested too deeply"
+    except Failure as failure:
+        reason = str(failure)
+    except OSError as error:
+        reason = ": ".join(filter(None, (error.filename, error.strerror)))
+    show_errors(f"finder-sim: {reason}\n")
+    return 1
+
+
+def main():
+    # What is opened later never takes the place of a standard stream that is closed.
+    while os.open(os.devnull, os.O_RDONLY) < 3:
+        pass
+    folder = os.path.join(os.environ.get("TMPDIR") or "/tmp", f"finder-sim.{os.urandom(8).hex()}")
+    sys.exit(supervise(lambda: exit_status(folder), folder, "--keep-running" in sys.argv))
+
+
+if __name__ == "__main__":
+    main()
