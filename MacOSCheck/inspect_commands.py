@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Inspects the commands that build the extension, one a line on standard input, and fails with a line
-for each that is not as it must be.
+"""Inspects the commands that build the extension, one a line on standard input, and fails with a
+line for each that is not as it must be.
 
 What is looked for can't be seen in the product: a linker marks dylibs, and not executables, as safe
 for app extensions, and a file that is compiled in an older language may still compile.

@@ -5,8 +5,8 @@
 
 The command shares no process, no network and no file of "/tmp" and "/Users" with anything else on
 the machine: it finds both folders empty, and what it leaves in them or in the background goes with
-it. "/Volumes/Small" is an empty disk of 256 KiB. Root lacks what lets it ignore permissions, so that they mean the same for every user.
-QUORVA_ALONE in the environment says all this.
+it. "/Volumes/Small" is an empty disk of 256 KiB. Root lacks what lets it ignore permissions, so
+that they mean the same for every user. QUORVA_ALONE in the environment says all this.
 
 Where the system allows no namespaces the command runs in the open, after a line that says why.
 """

@@ -63,9 +63,9 @@ class ArgumentsTest(ScriptTestCase):
                 text = (ROOT / "scripts" / name).read_text()
                 if name != "common.sh":
                     self.assertEqual(text.splitlines()[0], "#!/bin/sh")
-                self.assertIsNone(re.search(
-                    r"sed -i|readlink -f|\bstat -|grep -\w*P|-printf|\brealpath\b|\bcp -\w*[abdltu]",
-                    text))
+                self.assertNotRegex(
+                    text, r"sed -i|readlink -f|\bstat -|grep -\w*P|-printf|\brealpath\b"
+                          r"|\bcp -\w*[abdltu]")
 
 
 class FolderTest(ScriptTestCase):

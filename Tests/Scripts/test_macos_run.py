@@ -10,8 +10,8 @@ IDENTIFIER = "app.ferrolin.Quorva.FinderExtension"
 SAMPLES = ROOT / "Simulator" / "Samples" / "Home"
 SUPPORT = "Library/Application Support/Quorva"
 
-# What this stands in for changes the Mac as far as the script looks: the build lays out bundles, the
-# system lists what was added and enabled, and makes the container when it starts the extension.
+# What this stands in for changes the Mac as far as the script looks: the build lays out bundles,
+# the system lists what was added and enabled, and makes the container when it starts the extension.
 PROGRAM = """
 import signal
 home = pathlib.Path(os.environ["HOME"])
@@ -117,8 +117,8 @@ class MacOSRunTest(ScriptTestCase):
 
     def test_the_extension_is_embedded_signed_made_known_and_enabled(self):
         self.assert_runs("--yes")
-        self.assertIn(["--build", "--preset", "macos", "--target", "QuorvaFinderExtension", "Quorva",
-                       "--", "--quiet"], self.calls("cmake"))
+        self.assertIn(["--build", "--preset", "macos", "--target", "QuorvaFinderExtension",
+                       "Quorva", "--", "--quiet"], self.calls("cmake"))
         signings = [call for call in self.calls("codesign") if "--sign" in call]
         self.assertEqual([call[-1] for call in signings], [str(self.extension), str(self.app)])
         self.assertTrue(all(call[call.index("--sign") + 1] == "-" for call in signings))

@@ -9,8 +9,8 @@ BOTH = ("googletest", "nlohmann-json")
 TOOLS = "the command line tools are missing: xcode-select --install"
 OLD = "and 3.25 is the oldest that builds this: brew upgrade cmake"
 
-# Whether the command line tools are there, CMake's version and other programs, formulae of Homebrew or
-# no Homebrew, and what is said to be missing.
+# Whether the command line tools are there, CMake's version and other programs, formulae of Homebrew
+# or no Homebrew, and what is said to be missing.
 CASES = (
     (True, "3.31.2", ("ninja",), BOTH, None),
     (True, "3.25.0", ("ninja",), None, None),
