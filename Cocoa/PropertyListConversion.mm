@@ -19,14 +19,17 @@ class PropertyListConverter {
         if (depth > propertyListDepthLimit) {
             return PropertyList(PropertyList::Unsupported());
         }
-        if ([object isKindOfClass:[NSString class]] || [object isKindOfClass:[NSData class]]) {
-            return leaf(object);
+        if ([object isKindOfClass:stringClass_]) {
+            return admits([object length]) ? Result<PropertyList>(utf8String(object)) : tooMuch();
         }
-        if ([object isKindOfClass:[NSDictionary class]]) {
+        if ([object isKindOfClass:dictionaryClass_]) {
             return dictionary(object, depth);
         }
         if ([object isKindOfClass:[NSArray class]]) {
             return array(object, depth);
+        }
+        if ([object isKindOfClass:[NSData class]]) {
+            return admits([object length]) ? Result<PropertyList>(bytes(object)) : tooMuch();
         }
         if ([object isKindOfClass:[NSNumber class]]) {
             return number(object);
@@ -38,41 +41,43 @@ class PropertyListConverter {
     }
 
    private:
-    /// A string or data, which share one limit.
-    Result<PropertyList> leaf(id object) {
-        byteCount_ += [object length];
-        if (byteCount_ > propertyListByteLimit) {
-            return std::unexpected(Error{"The property list holds too much text or data."});
-        }
-        return [object isKindOfClass:[NSString class]] ? PropertyList(utf8String(object))
-                                                       : PropertyList(bytes(object));
+    /// Counts a string or data, which share one limit.
+    bool admits(NSUInteger length) {
+        byteCount_ += length;
+        return byteCount_ <= propertyListByteLimit;
+    }
+
+    static Result<PropertyList> tooMuch() {
+        return std::unexpected(Error{"The property list holds too much text or data."});
     }
 
     Result<PropertyList> dictionary(NSDictionary* dictionary, std::size_t depth) {
         PropertyList::Dictionary entries;
         for (id key in dictionary) {
-            if (![key isKindOfClass:[NSString class]]) {
+            if (![key isKindOfClass:stringClass_]) {
                 return PropertyList(PropertyList::Unsupported());
             }
-            Result<PropertyList> name = leaf(key);
-            Result<PropertyList> value =
-                name ? propertyList([dictionary objectForKey:key], depth + 1) : name;
+            if (!admits([key length])) {
+                return tooMuch();
+            }
+            Result<PropertyList> value = propertyList([dictionary objectForKey:key], depth + 1);
             if (!value) {
                 return value;
             }
-            entries.insert_or_assign(*name->string(), std::move(*value));
+            entries.insert_or_assign(utf8String(key), *std::move(value));
         }
         return PropertyList(std::move(entries));
     }
 
     Result<PropertyList> array(NSArray* array, std::size_t depth) {
         PropertyList::Array elements;
+        elements.reserve(array.count);
         for (id element in array) {
             Result<PropertyList> value = propertyList(element, depth + 1);
             if (!value) {
                 return value;
             }
-            elements.push_back(std::move(*value));
+            elements.push_back(*std::move(value));
         }
         return PropertyList(std::move(elements));
     }
@@ -90,6 +95,9 @@ class PropertyListConverter {
         return std::int64_t{number.longLongValue};
     }
 
+    /// Looked up once, because that takes longer than the rest of converting a short string.
+    const Class stringClass_ = [NSString class];
+    const Class dictionaryClass_ = [NSDictionary class];
     std::size_t valueCount_ = 0;
     std::size_t byteCount_ = 0;
 };

@@ -1,9 +1,18 @@
 #include "Cocoa/UTF16.hpp"
 
+#include <algorithm>
 #include <cstddef>
+#include <type_traits>
 
 namespace quorva {
 namespace {
+
+/// The end of the ASCII that begins `text`, which is all of most texts.
+template <typename Text>
+auto endOfASCII(const Text& text) {
+    using Unit = std::make_unsigned_t<typename Text::value_type>;
+    return std::ranges::find_if(text, [](auto unit) { return static_cast<Unit>(unit) >= 0x80; });
+}
 
 constexpr char32_t replacementCharacter = 0xFFFD;
 
@@ -71,8 +80,10 @@ void appendUTF8(std::string& text, char32_t character) {
 }  // namespace
 
 UTF16 utf16WithUTF8(std::string_view text) {
-    UTF16 units;
-    units.reserve(text.size());
+    const auto* const end = endOfASCII(text);
+    UTF16 units(text.begin(), end);
+    text.remove_prefix(units.size());
+    units.reserve(units.size() + text.size());
     while (!text.empty()) {
         const auto [character, length] = firstCharacterOfUTF8(text);
         if (character < 0x10000) {
@@ -87,9 +98,8 @@ UTF16 utf16WithUTF8(std::string_view text) {
 }
 
 std::string utf8WithUTF16(const UTF16& text) {
-    std::string bytes;
-    bytes.reserve(text.size());
-    for (std::size_t index = 0; index < text.size(); ++index) {
+    std::string bytes(text.begin(), endOfASCII(text));
+    for (std::size_t index = bytes.size(); index < text.size(); ++index) {
         const char32_t unit = text[index];
         if (isHighSurrogate(unit) && index + 1 < text.size() && isLowSurrogate(text[index + 1])) {
             ++index;
