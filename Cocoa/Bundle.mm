@@ -15,9 +15,11 @@ quorva::FileURL quorva::platform::mainBundleURL() {
 
 std::string quorva::platform::localizedString(std::string_view key) {
     @try {
-        return utf8String([[NSBundle mainBundle] localizedStringForKey:foundationString(key)
-                                                                 value:@""
-                                                                 table:nil]);
+        NSString* const keyString = foundationString(key);
+        NSString* const string = [[NSBundle mainBundle] localizedStringForKey:keyString
+                                                                        value:@""
+                                                                        table:nil];
+        return string == keyString ? std::string(key) : utf8String(string);
     } @catch (NSException*) {
         return std::string(key);
     }

@@ -238,15 +238,16 @@ FinderMenuSettings settings(const PropertyList::Dictionary& file, bool groupsByD
     const IDs savedOrder = value(file, "featureOrder", ids).value_or(IDs());
     const IDsByFeatureID savedChildOrder =
         value(file, "childOrderByFeatureID", idsByFeatureID).value_or(IDsByFeatureID());
-    const std::vector<FinderFeature> features =
+    std::vector<FinderFeature> features =
         visibleFeatures(value(file, "enabledFeatureIDs", ids), savedOrder);
-    const IDsByFeatureID childOrder = normalizedChildOrderByFeatureID(savedChildOrder);
+    IDsByFeatureID childOrder = normalizedChildOrderByFeatureID(savedChildOrder);
+    IDSet enabled = enabledChildIDsWithVisibleEnabledFeatures(
+        enabledChildIDs(value(file, "enabledChildIDs", ids), savedChildOrder), features,
+        childOrder);
     return {
-        .features = features,
-        .enabledChildIDs = enabledChildIDsWithVisibleEnabledFeatures(
-            enabledChildIDs(value(file, "enabledChildIDs", ids), savedChildOrder), features,
-            childOrder),
-        .childOrderByFeatureID = childOrder,
+        .features = std::move(features),
+        .enabledChildIDs = std::move(enabled),
+        .childOrderByFeatureID = std::move(childOrder),
         .groupsFeaturesUnderQuorva =
             value(file, "groupsFeaturesUnderQuorva", boolean).value_or(groupsByDefault),
         .menuLayout = value(file, "menuLayout", layout).value_or(FinderMenuLayout::collapsed),
@@ -265,12 +266,16 @@ std::optional<FinderMenuLayout> finderMenuLayoutWithRawValue(std::string_view ra
 }
 
 std::vector<FinderFeatureChild> FinderMenuSettings::children(FinderFeature feature) const {
-    const std::vector<FinderFeatureChild> records = quorva::children(feature);
+    return children(feature, quorva::children(feature));
+}
+
+std::vector<FinderFeatureChild> FinderMenuSettings::children(
+    FinderFeature feature, const std::vector<FinderFeatureChild>& commands) const {
     std::vector<FinderFeatureChild> shown;
     const auto appendIfEnabled = [&](std::string_view id) {
-        const auto record = std::ranges::find(records, id, &FinderFeatureChild::actionID);
-        if (record != records.end() && enabledChildIDs.contains(id)) {
-            shown.push_back(*record);
+        const auto command = std::ranges::find(commands, id, &FinderFeatureChild::actionID);
+        if (command != commands.end() && enabledChildIDs.contains(id)) {
+            shown.push_back(*command);
         }
     };
     const auto order = childOrderByFeatureID.find(rawValue(feature));

@@ -43,6 +43,10 @@ struct FinderMenuSettings {
     /// is there twice.
     [[nodiscard]] std::vector<FinderFeatureChild> children(FinderFeature feature) const;
 
+    /// The same, from the `commands` of `feature` as the catalogue has them.
+    [[nodiscard]] std::vector<FinderFeatureChild> children(
+        FinderFeature feature, const std::vector<FinderFeatureChild>& commands) const;
+
     friend bool operator==(const FinderMenuSettings&, const FinderMenuSettings&) = default;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -59,19 +60,6 @@ bool isAmong(const std::vector<std::string>& paths, const FinderCustomDestinatio
     return std::ranges::find(paths, destination.path) != paths.end();
 }
 
-/// The destinations of `kind` that are not built in. The real home is looked up once, however many
-/// destinations there are.
-std::vector<FinderCustomDestination> userDestinations(const MenuRequest& request,
-                                                      FinderCustomDestinationKind kind) {
-    std::vector<FinderCustomDestination> destinations;
-    std::ranges::remove_copy_if(
-        request.settings.destinations(kind), std::back_inserter(destinations),
-        [paths = builtInFileDestinationPaths(kind)](const FinderCustomDestination& destination) {
-            return isAmong(paths, destination);
-        });
-    return destinations;
-}
-
 /// What stands before the name of a destination in its title.
 std::string destinationTitlePrefix(FinderCustomDestinationKind kind) {
     switch (kind) {
@@ -89,9 +77,10 @@ std::string destinationTitlePrefix(FinderCustomDestinationKind kind) {
 /// Adds the item that opens the submenu of the user's own destinations, if there are any.
 void addDestinationSubmenu(Menu& menu, const MenuRequest& request, std::string_view titleKey,
                            std::string_view actionID, FinderCustomDestinationKind kind) {
-    if (hasCustomDestinationItems(request, kind)) {
-        Menu submenu = {L10n::t(titleKey), {}};
-        addDestinationItems(submenu, request, actionID, kind);
+    Menu submenu;
+    addDestinationItems(submenu, request, actionID, kind);
+    if (!submenu.items.empty()) {
+        submenu.title = L10n::t(titleKey);
         menu.items.push_back(MenuItem::opening(std::move(submenu)));
     }
 }
@@ -119,7 +108,8 @@ std::vector<MenuItem> expandedMenuItems(const MenuRequest& request) {
     const FinderMenuSettings& settings = request.settings.menuSettings();
     std::vector<MenuItem> items;
     for (const FinderFeature feature : settings.features) {
-        std::vector<MenuItem> run = directMenuItems(request, feature, settings.children(feature));
+        std::vector<MenuItem> run = directMenuItems(
+            request, feature, settings.children(feature, request.settings.commands(feature)));
         if (!run.empty() && !items.empty()) {
             items.push_back(MenuItem::separator());
         }
@@ -159,8 +149,10 @@ std::vector<MenuItem> featureMenuItems(const MenuRequest& request,
                                        const std::vector<FinderFeature>& features) {
     std::vector<MenuItem> items;
     for (const FinderFeature feature : features) {
-        Menu submenu = {title(feature),
-                        directMenuItems(request, feature, settings.children(feature))};
+        Menu submenu = {
+            title(feature),
+            directMenuItems(request, feature,
+                            settings.children(feature, request.settings.commands(feature)))};
         if (feature != FinderFeature::customActions || !submenu.items.empty()) {
             items.push_back(MenuItem::opening(std::move(submenu)));
         }
@@ -180,6 +172,7 @@ std::vector<MenuItem> directMenuItems(const MenuRequest& request, FinderFeature 
         return customShortcutMenuItems(request);
     }
     Menu run;
+    run.items.reserve(children.size());
     for (const FinderFeatureChild& child : children) {
         run.items.push_back(childItem(request, child));
     }
@@ -201,9 +194,13 @@ void addDestinationItems(Menu& menu, const MenuRequest& request, std::string_vie
                                            ? FinderFeatureAction::copyToFolder()
                                            : FinderFeatureAction::moveToFolder();
     const std::string prefix = destinationTitlePrefix(kind);
-    for (const FinderCustomDestination& destination : userDestinations(request, kind)) {
-        menu.items.push_back(contextItem(
-            request, {std::string(actionID), prefix + destination.name, action, destination.path}));
+    const std::vector<std::string> builtIn = builtInFileDestinationPaths(kind);
+    for (const FinderCustomDestination& destination : request.settings.destinations(kind)) {
+        if (!isAmong(builtIn, destination)) {
+            menu.items.push_back(contextItem(
+                request,
+                {std::string(actionID), prefix + destination.name, action, destination.path}));
+        }
     }
 }
 
@@ -306,7 +303,8 @@ bool isEnabled(const FinderFeatureAction& action, const MenuRequest& request) {
 }
 
 bool hasCustomDestinationItems(const MenuRequest& request, FinderCustomDestinationKind kind) {
-    return !userDestinations(request, kind).empty();
+    return !std::ranges::all_of(request.settings.destinations(kind),
+                                std::bind_front(isAmong, builtInFileDestinationPaths(kind)));
 }
 
 bool isBuiltInFileDestination(const FinderCustomDestination& destination,

@@ -226,10 +226,13 @@ void findTitleMeanings(TitleMeanings& meanings, const SettingsReading& settings)
         return;
     }
     for (const FinderFeature feature : allFinderFeatures) {
-        takeTitles(meanings, children(feature), &FinderFeatureChild::title, Source::command,
-                   [](const FinderFeatureChild& child) {
-                       return context(child.actionID, child.title, child.action);
-                   });
+        unknown -= takeTitles(meanings, settings.commands(feature), &FinderFeatureChild::title,
+                              Source::command, [](const FinderFeatureChild& child) {
+                                  return context(child.actionID, child.title, child.action);
+                              });
+        if (unknown == 0) {
+            return;
+        }
     }
 }
 

@@ -39,6 +39,7 @@ template <typename Value>
 std::vector<Value> validEntries(const PropertyList::Array& entries,
                                 std::optional<Value> (*convert)(const PropertyList::Dictionary&)) {
     std::vector<Value> values;
+    values.reserve(entries.size());
     for (const PropertyList& entry : entries) {
         if (std::optional<Value> value = convert(*entry.dictionary())) {
             values.push_back(*std::move(value));

@@ -22,6 +22,11 @@ const FinderMenuSettings& SettingsReading::menuSettings() const {
     return valueOrRead(menuSettings_, FinderFeatureSettings::menuSettings);
 }
 
+const std::vector<FinderFeatureChild>& SettingsReading::commands(FinderFeature feature) const {
+    return valueOrRead(commands_.at(static_cast<std::size_t>(std::to_underlying(feature))),
+                       [feature] { return children(feature); });
+}
+
 const FinderCustomDestinationFile& SettingsReading::destinationFile() const {
     return valueOrRead(destinationFile_, [] { return FinderCustomDestinationFile(); });
 }

@@ -13,7 +13,7 @@ namespace quorva {
 
 /// The settings as one menu request or one click finds them. Each file is read when it is first
 /// asked for and not again, so that what is built from a reading never mixes two versions of a
-/// file. Made for one request and gone with it: the next one reads anew.
+/// file, and each title of the catalogue is looked up once. Made for one request and gone with it: the next one reads anew.
 ///
 /// The references that it returns live as long as the reading. Used from one thread.
 class SettingsReading {
@@ -23,6 +23,8 @@ class SettingsReading {
     SettingsReading& operator=(const SettingsReading&) = delete;
 
     [[nodiscard]] const FinderMenuSettings& menuSettings() const;
+    /// The commands of `feature`, as the catalogue has them.
+    [[nodiscard]] const std::vector<FinderFeatureChild>& commands(FinderFeature feature) const;
     [[nodiscard]] const std::vector<FinderCustomDestination>& destinations(
         FinderCustomDestinationKind kind) const;
     /// Whether those of `kind` are the built-in defaults and not the user's.
@@ -34,6 +36,8 @@ class SettingsReading {
     const FinderCustomDestinationFile& destinationFile() const;
 
     mutable std::optional<FinderMenuSettings> menuSettings_;
+    mutable std::array<std::optional<std::vector<FinderFeatureChild>>, allFinderFeatures.size()>
+        commands_;
     mutable std::optional<FinderCustomDestinationFile> destinationFile_;
     mutable std::array<std::optional<std::vector<FinderCustomDestination>>,
                        allFinderCustomDestinationKinds.size()>
