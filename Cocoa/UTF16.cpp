@@ -80,8 +80,7 @@ void appendUTF8(std::string& text, char32_t character) {
 }  // namespace
 
 UTF16 utf16WithUTF8(std::string_view text) {
-    const auto* const end = endOfASCII(text);
-    UTF16 units(text.begin(), end);
+    UTF16 units(text.begin(), endOfASCII(text));
     text.remove_prefix(units.size());
     units.reserve(units.size() + text.size());
     while (!text.empty()) {

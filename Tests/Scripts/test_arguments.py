@@ -21,6 +21,7 @@ WRONG = {
     "macos-sdk": ("one folder", "another"),
     "run": ("dev",),
     "setup": ("now",),
+    "soak": ("100", "many"),
     "test": ("dev", "no such preset"),
 }
 
