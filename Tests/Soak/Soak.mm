@@ -74,17 +74,28 @@ Memory memory() {
     return {static_cast<double>(pages) * 4096, static_cast<double>(mallinfo2().uordblks)};
 }
 
-/// The slope of the line through `values`, which are equally far apart, by least squares.
-double slope(const std::vector<Memory>& values, double Memory::* member) {
+/// The slope of the resident memory over `values`, which are equally far apart, by least squares.
+double residentSlope(const std::vector<Memory>& values) {
     const double mean = (static_cast<double>(values.size()) - 1) / 2;
     double covariance = 0;
     double variance = 0;
     for (std::size_t index = 0; index < values.size(); ++index) {
         const double distance = static_cast<double>(index) - mean;
-        covariance += distance * (values[index].*member);
+        covariance += distance * values[index].resident;
         variance += distance * distance;
     }
     return covariance / variance;
+}
+
+/// The median of what was allocated from one of `values` to the next: what leaks is in each of
+/// these steps, what a table takes when it grows in a few of them.
+double medianStep(const std::vector<Memory>& values) {
+    std::vector<double> steps;
+    for (std::size_t index = 1; index < values.size(); ++index) {
+        steps.push_back(values[index].inUse - values[index - 1].inUse);
+    }
+    std::ranges::sort(steps);
+    return steps[steps.size() / 2];
 }
 
 /// Runs `round` `count` times, a fifth of it before memory is watched. Returns whether nothing grew
@@ -121,11 +132,11 @@ bool soak(const char* what, std::size_t count, Round round) {
     const std::size_t total = 1 + count / 5 + count;
     const Counts wanted = expected(before, afterOne, total);
     const double rounds = static_cast<double>(count) / sampleCount;
-    const double inUse = slope(samples, &Memory::inUse) / rounds;
+    const double inUse = medianStep(samples) / rounds;
     std::printf("%s: %zu\n", what, total);
     std::printf("  allocated memory: %+.1f bytes each\n", inUse);
     std::printf("  resident memory: %+.2f KiB per 1,000, %.1f MiB at the end\n",
-                slope(samples, &Memory::resident) / rounds * 1000 / 1024,
+                residentSlope(samples) / rounds * 1000 / 1024,
                 samples.back().resident / 1024 / 1024);
     std::printf("  open descriptors: %zu, %zu at the start\n", after.descriptors,
                 afterOne.descriptors);
