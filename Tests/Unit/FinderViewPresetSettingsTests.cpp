@@ -211,6 +211,14 @@ TEST_F(FinderViewPresetSettingsTest, LineTerminatorAnywhereKeepsTheName) {
     }
 }
 
+TEST_F(FinderViewPresetSettingsTest, EveryOtherASCIICharacterIsNone) {
+    for (char character = 1; character < 0x7F; ++character) {
+        const std::string kept = std::string("a · b") + character;
+        const bool isTerminator = character >= '\n' && character <= '\r';
+        EXPECT_EQ(cleaned(kept + " 2"), isTerminator ? kept + " 2" : kept) << +character;
+    }
+}
+
 TEST_F(FinderViewPresetSettingsTest, CharactersThatShareBytesWithALineTerminatorAreNone) {
     for (const char* const text : {"\u0084", "\u0086", "\u2027", "\u2026", "\u2128", "\u00A8",
                                    "\u0405", "\u3028", "\u2A28"}) {

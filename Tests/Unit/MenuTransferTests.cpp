@@ -437,6 +437,8 @@ TEST_F(MenuTransferPresetTest, RenamedPresetIsResolvedByItsTag) {
 TEST_F(MenuTransferPresetTest, TagBeyondThePresetsOfNowIsResolvedByTheTitle) {
     putPresets({preset("x", "分栏")});
     EXPECT_EQ(click(bareSender("分栏", 700002), menu_)->presetID(), "x");
+    putPresets({preset("new", "分栏"), preset("v", "图标")});
+    EXPECT_EQ(click(bareSender("分栏", 700002), menu_)->presetID(), "new");
     putPresets({});
     EXPECT_THAT(click(bareSender("分栏", 700002), menu_), IsNull());
 }
