@@ -1,8 +1,8 @@
 # A thin front for scripts/ and the CMake presets: `make help` lists it. PRESET=NAME builds another
 # preset than the system's own.
 
-.PHONY: help setup linux-only build run test coverage bench soak format format-check lint macos-check \
-  appex clean
+.PHONY: help setup linux-only build run test coverage bench soak fuzz format format-check lint \
+  macos-check appex clean
 
 help:  ## list the targets
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "%-14s%s\n", $$1, $$2 }' $(MAKEFILE_LIST)
@@ -29,7 +29,7 @@ endif
 test: setup  ## build and pass every test
 	@scripts/test
 
-coverage: linux-only setup  ## fail unless the unit tests reach every line and branch of the core (Linux)
+coverage: linux-only setup  ## fail unless the unit tests reach everything in the core (Linux)
 	@scripts/coverage
 
 bench: linux-only setup  ## measure a menu and a click against what the system takes for them (Linux)
@@ -37,6 +37,9 @@ bench: linux-only setup  ## measure a menu and a click against what the system t
 
 soak: linux-only setup  ## make 100,000 menus and 20,000 clicks in one process (Linux)
 	@scripts/soak
+
+fuzz: linux-only setup  ## run each fuzz target for ten seconds (Linux)
+	@scripts/fuzz
 
 format: linux-only setup  ## format the C++, the Objective-C++ and the Python (Linux)
 	@scripts/format
