@@ -66,6 +66,13 @@ class FuzzedValues {
         return index < words.size() ? std::string(words[index]) : text();
     }
 
+    /// The name of a feature or, seldom, another identifier.
+    std::string featureID() {
+        const std::size_t index = number(allFinderFeatures.size());
+        return index < allFinderFeatures.size() ? std::string(rawValue(allFinderFeatures[index]))
+                                                : identifier();
+    }
+
     /// What a settings file may hold where an identifier stands.
     std::string identifier() {
         static const std::vector<std::string_view> words = [] {
@@ -84,7 +91,6 @@ class FuzzedValues {
                                                  "copyFilesToFolder",
                                                  "moveFilesToFolder"};
             for (const FinderFeature feature : allFinderFeatures) {
-                all.push_back(rawValue(feature));
                 const std::vector<std::string_view> ids = childIDs(feature);
                 all.insert(all.end(), ids.begin(), ids.end());
             }
@@ -125,7 +131,7 @@ class FuzzedValues {
     /// What `make` makes or, seldom, any value.
     template <typename Make>
     PropertyList mostly(Make make) {
-        return number(15) == 15 ? value() : PropertyList(make());
+        return number(63) == 63 ? value() : PropertyList(make());
     }
 
     template <typename Make>
@@ -137,34 +143,56 @@ class FuzzedValues {
         return values;
     }
 
-    PropertyList identifiers() {
-        return array([this] { return mostly([this] { return identifier(); }); }, 24);
+    template <typename MakeID>
+    PropertyList identifiers(MakeID makeID, std::size_t longest = 24) {
+        return array([&] { return mostly(makeID); }, longest);
     }
 
-    /// A list of dictionaries with some of `keys`.
+    PropertyList identifiers() {
+        return identifiers([this] { return identifier(); });
+    }
+
+    PropertyList featureIDs() {
+        return identifiers([this] { return featureID(); });
+    }
+
+    /// The orders of some features, mostly of their own commands.
+    PropertyList childOrders() {
+        PropertyList::Dictionary orders;
+        for (std::size_t count = number(6); count > 0; --count) {
+            const std::string feature = featureID();
+            const auto known = finderFeatureWithRawValue(feature);
+            const auto ids = known ? childIDs(*known) : std::vector<std::string_view>();
+            orders.insert_or_assign(
+                feature, mostly([&] { return identifiers([&] { return word(ids); }, 8); }));
+        }
+        return orders;
+    }
+
+    /// A list of dictionaries with some of `keys`. There are few names, so that many are equal.
     PropertyList entries(std::span<const std::string_view> keys) {
-        static constexpr std::array<std::string_view, 16> words = {"",
-                                                                   "a",
-                                                                   "b",
-                                                                   "A",
-                                                                   "B",
-                                                                   "vscode",
-                                                                   "cursor",
-                                                                   "preview",
-                                                                   "/a",
-                                                                   "shortcut",
-                                                                   "script",
-                                                                   "列表 · 最近修改 2",
-                                                                   "压缩为 ZIP",
-                                                                   "桌面",
-                                                                   "/Applications/Pages.app",
-                                                                   "/Applications/Cursor.app"};
+        static constexpr std::array<std::string_view, 6> names = {
+            "A", "B", "", "桌面", "压缩为 ZIP", "列表 · 最近修改 2"};
+        static constexpr std::array<std::string_view, 12> others = {"a",
+                                                                    "b",
+                                                                    "/a",
+                                                                    "/b",
+                                                                    "shortcut",
+                                                                    "script",
+                                                                    "vscode",
+                                                                    "cursor",
+                                                                    "preview",
+                                                                    "",
+                                                                    "/Applications/Pages.app",
+                                                                    "/Applications/Cursor.app"};
         return array([&] {
             return mostly([&] {
                 PropertyList::Dictionary entry;
                 for (const std::string_view key : keys) {
-                    if (number(15) != 15) {
-                        entry.emplace(key, mostly([this] { return word(words); }));
+                    if (number(31) != 31) {
+                        entry.emplace(key, mostly([&] {
+                                          return key == "name" ? word(names) : word(others);
+                                      }));
                     }
                 }
                 return entry;
@@ -199,18 +227,12 @@ class FuzzedValues {
                     root.emplace(key, mostly(make));
                 }
             };
-            put("enabledFeatureIDs", [this] { return identifiers(); });
-            put("featureOrder", [this] { return identifiers(); });
+            put("enabledFeatureIDs", [this] { return featureIDs(); });
+            put("featureOrder", [this] { return featureIDs(); });
             put("enabledChildIDs", [this] { return identifiers(); });
             put("groupsFeaturesUnderQuorva", [this] { return chance(); });
             put("menuLayout", [this] { return chance() ? "expanded" : "collapsed"; });
-            put("childOrderByFeatureID", [this] {
-                PropertyList::Dictionary orders;
-                for (std::size_t count = number(6); count > 0; --count) {
-                    orders.insert_or_assign(identifier(), mostly([this] { return identifiers(); }));
-                }
-                return orders;
-            });
+            put("childOrderByFeatureID", [this] { return childOrders(); });
             return root;
         });
     }
