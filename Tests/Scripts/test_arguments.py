@@ -15,15 +15,12 @@ WRONG = {
     "coverage": ("dev",),
     "embed": ("One.app", "Another.app"),
     "format": ("--check", "file.cpp"),
-    "fuzz": ("10", "no such target"),
     "lint": ("--all", "file.cpp"),
     "macos-check": ("dev",),
     "macos-run": ("--yes", "now"),
     "macos-sdk": ("one folder", "another"),
-    "mutate": ("300", "1", "no such file"),
     "run": ("dev",),
     "setup": ("now",),
-    "soak": ("100", "many"),
     "test": ("dev", "no such preset"),
 }
 
@@ -66,9 +63,9 @@ class ArgumentsTest(ScriptTestCase):
                 text = (ROOT / "scripts" / name).read_text()
                 if name != "common.sh":
                     self.assertEqual(text.splitlines()[0], "#!/bin/sh")
-                self.assertNotRegex(
-                    text, r"sed -i|readlink -f|\bstat -|grep -\w*P|-printf|\brealpath\b"
-                          r"|\bcp -\w*[abdltu]")
+                self.assertIsNone(re.search(
+                    r"sed -i|readlink -f|\bstat -|grep -\w*P|-printf|realpath|\bcp -\w*[abdltu]",
+                    text))
 
 
 class FolderTest(ScriptTestCase):

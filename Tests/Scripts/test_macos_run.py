@@ -10,8 +10,8 @@ IDENTIFIER = "app.ferrolin.Quorva.FinderExtension"
 SAMPLES = ROOT / "Simulator" / "Samples" / "Home"
 SUPPORT = "Library/Application Support/Quorva"
 
-# What this stands in for changes the Mac as far as the script looks: the build lays out bundles,
-# the system lists what was added and enabled, and makes the container when it starts the extension.
+# These change the Mac as far as the script looks: the build lays out bundles, and the
+# system lists what was added and enabled, and makes the container when it starts the extension.
 PROGRAM = """
 import signal
 home = pathlib.Path(os.environ["HOME"])
