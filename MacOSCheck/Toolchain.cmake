@@ -12,6 +12,11 @@ set(CMAKE_CXX_ARCHIVE_FINISH "")
 set(CMAKE_STRIP llvm-strip-19 CACHE FILEPATH "")
 set(CMAKE_INSTALL_NAME_TOOL llvm-install-name-tool-19 CACHE FILEPATH "")
 
+list(PREPEND CMAKE_MODULE_PATH "${CMAKE_CURRENT_LIST_DIR}"
+     "${CMAKE_CURRENT_LIST_DIR}/../cmake/FromSources")
+# At the end of which there are the targets that it adapts.
+set(CMAKE_PROJECT_QuorvaFinderExtension_INCLUDE "${CMAKE_CURRENT_LIST_DIR}/Tests.cmake")
+
 # What clang only warns of by default, or not at all, is an API that is used wrongly or too early.
 set(CMAKE_CXX_FLAGS_INIT "-Wunguarded-availability")
 set(CMAKE_OBJCXX_FLAGS_INIT "-Wunguarded-availability -Wundeclared-selector")

@@ -1,4 +1,4 @@
-"""Each property of the commands that build the extension is broken; the inspection says which."""
+"""Each property of the commands of the build is broken, and the inspection says which."""
 
 import unittest
 

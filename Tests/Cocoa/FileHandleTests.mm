@@ -6,11 +6,29 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <vector>
+
 #include "Tests/Cocoa/TemporaryFolder.hpp"
 
 using quorva::platform::FileHandle;
 
-class FileHandleOnDisk : public TemporaryFolder {};
+class FileHandleOnDisk : public TemporaryFolder {
+   protected:
+    /// The open descriptors of the file at `path`.
+    static std::vector<int> openDescriptors(const std::filesystem::path& path) {
+        struct stat file = {};
+        stat(path.c_str(), &file);
+        std::vector<int> found;
+        for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+            struct stat open = {};
+            if (fstat(descriptor, &open) == 0 && open.st_dev == file.st_dev &&
+                open.st_ino == file.st_ino) {
+                found.push_back(descriptor);
+            }
+        }
+        return found;
+    }
+};
 
 TEST_F(FileHandleOnDisk, AppendsBehindTheLastByte) {
     write("没有.log", "first\n");
@@ -79,28 +97,18 @@ TEST_F(FileHandleOnDisk, IsNotInheritedByAProgramThatIsStarted) {
     write("file", "");
     const auto handle = FileHandle::forAppendingToURL(file("file"));
     ASSERT_TRUE(handle);
-    int found = 0;
-    for (const auto& descriptor : std::filesystem::directory_iterator("/proc/self/fd")) {
-        std::error_code closed;
-        if (std::filesystem::read_symlink(descriptor.path(), closed) == path("file")) {
-            ++found;
-            EXPECT_EQ(fcntl(std::stoi(descriptor.path().filename()), F_GETFD), FD_CLOEXEC);
-        }
-    }
-    EXPECT_EQ(found, 1);
+    const std::vector<int> descriptors = openDescriptors(path("file"));
+    ASSERT_EQ(descriptors.size(), 1u);
+    EXPECT_EQ(fcntl(descriptors.front(), F_GETFD), FD_CLOEXEC);
 }
 
 TEST_F(FileHandleOnDisk, ClosesItsFileOnce) {
     write("file", "");
-    const auto openDescriptors = [] {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-    };
-    const auto before = openDescriptors();
     {
         auto handle = FileHandle::forAppendingToURL(file("file"));
         ASSERT_TRUE(handle);
         const FileHandle moved = std::move(*handle);
-        EXPECT_EQ(openDescriptors(), before + 1);
+        EXPECT_EQ(openDescriptors(path("file")).size(), 1u);
     }
-    EXPECT_EQ(openDescriptors(), before);
+    EXPECT_EQ(openDescriptors(path("file")).size(), 0u);
 }

@@ -9,19 +9,24 @@ using quorva::FileURL;
 using quorva::platform::SearchPathDirectory;
 using testing::UnorderedElementsAre;
 
-class FileManagerOnDisk : public TemporaryFolder {
+/// A test that makes URLs of directories.
+template <typename Folder>
+class FileManagerTest : public Folder {
    protected:
     [[nodiscard]] FileURL directory(std::string_view name) const {
-        return FileURL::directory(path(name).string());
+        return FileURL::directory(this->path(name).string());
     }
 };
 
-TEST_F(FileManagerOnDisk, ReportsTheHomeFolder) {
+using FileManagerOnDisk = FileManagerTest<TemporaryFolder>;
+using FileManagerAtHome = FileManagerTest<TemporaryHome>;
+
+TEST_F(FileManagerAtHome, ReportsTheHomeFolder) {
     EXPECT_EQ(quorva::platform::homeDirectoryForCurrentUser(),
               FileURL::directory(folder().string()));
 }
 
-TEST_F(FileManagerOnDisk, ReportsTheStandardDirectoriesWhetherTheyExistOrNot) {
+TEST_F(FileManagerAtHome, ReportsTheStandardDirectoriesWhetherTheyExistOrNot) {
     const std::pair<SearchPathDirectory, std::string_view> expected[] = {
         {SearchPathDirectory::documents, "Documents"},
         {SearchPathDirectory::desktop, "Desktop"},
@@ -43,7 +48,7 @@ TEST_F(FileManagerOnDisk, ReportsNothingForADirectoryItDoesNotKnow) {
     EXPECT_FALSE(quorva::platform::urlForDirectoryInUserDomainCreating(unknown));
 }
 
-TEST_F(FileManagerOnDisk, CreatesApplicationSupportWhenAskedTo) {
+TEST_F(FileManagerAtHome, CreatesApplicationSupportWhenAskedTo) {
     for (int time = 0; time < 2; ++time) {
         EXPECT_EQ(quorva::platform::urlForDirectoryInUserDomainCreating(
                       SearchPathDirectory::applicationSupport),
@@ -52,7 +57,7 @@ TEST_F(FileManagerOnDisk, CreatesApplicationSupportWhenAskedTo) {
     EXPECT_TRUE(std::filesystem::is_directory(path("Library/Application Support")));
 }
 
-TEST_F(FileManagerOnDisk, FailsToCreateApplicationSupportBelowAFile) {
+TEST_F(FileManagerAtHome, FailsToCreateApplicationSupportBelowAFile) {
     write("Library", "in the way");
     const auto result = quorva::platform::urlForDirectoryInUserDomainCreating(
         SearchPathDirectory::applicationSupport);

@@ -9,7 +9,7 @@
 
 #import "Cocoa/ObjectHolder.h"
 #import "Cocoa/StringConversion.h"
-#include "Simulator/EventRecorder.hpp"
+#import "Tests/Cocoa/NotificationObserver.h"
 #include "Tests/Cocoa/OutOfMemory.hpp"
 #import "Tests/Cocoa/RaisingMethod.h"
 #import "Tests/Cocoa/RunLoop.h"
@@ -62,48 +62,30 @@ void postNotification(NSString* name, NSString* object, NSDictionary* userInfo) 
                                                        deliverImmediately:YES];
 }
 
+/// Must be removed from the center.
+NotificationObserver* observerOf(NSString* name) {
+    NotificationObserver* observer = [[[NotificationObserver alloc] init] autorelease];
+    [[NSDistributedNotificationCenter defaultCenter] addObserver:observer
+                                                        selector:@selector(receive:)
+                                                            name:name
+                                                          object:nil];
+    return observer;
+}
+
 void postSettingsChanged(NSString* object, NSDictionary* userInfo) {
     postNotification(@"app.ferrolin.Quorva.SettingsChanged", object, userInfo);
 }
 
 }  // namespace
 
-/// Hears of what is posted behind another notification.
-@interface SettingsObserver : NSObject {
-    BOOL _notified;
-}
-- (BOOL)isNotified;
-@end
-
-@implementation SettingsObserver
-- (instancetype)init {
-    self = [super init];
-    if (self != nil) {
-        [[NSDistributedNotificationCenter defaultCenter]
-            addObserver:self
-               selector:@selector(takeNotification:)
-                   name:@"app.ferrolin.Quorva.Tests.Afterwards"
-                 object:nil];
-    }
-    return self;
-}
-- (void)dealloc {
-    [[NSDistributedNotificationCenter defaultCenter] removeObserver:self];
-    [super dealloc];
-}
-- (void)takeNotification:(NSNotification*)notification {
-    _notified = YES;
-}
-- (BOOL)isNotified {
-    return _notified;
-}
-@end
-
 /// The principal class as the system uses it: by its name and its Objective-C methods.
-class PrincipalClass : public TemporaryFolder {
+class PrincipalClass : public TemporaryHome {
    protected:
     void SetUp() override {
-        (void)simulator::takeRecordedEvents();
+        TemporaryHome::SetUp();
+        if (IsSkipped()) {
+            return;
+        }
         @autoreleasepool {
             FinderSync* created = [[NSClassFromString(@"FinderSync") alloc] init];
             finderSync_ = quorva::ObjectHolder<FinderSync>(created);
@@ -131,7 +113,7 @@ class PrincipalClass : public TemporaryFolder {
     }
 
     /// The only record in the queue, which is then empty.
-    [[nodiscard]] nlohmann::json takeRecord() const {
+    [[nodiscard]] nlohmann::json takeRecord() {
         nlohmann::json record;
         const std::filesystem::path queue = path("Library/Application Support/Quorva/ActionQueue");
         int count = 0;
@@ -141,13 +123,26 @@ class PrincipalClass : public TemporaryFolder {
             std::filesystem::remove(entry.path());
             ++count;
         }
-        simulator::waitForLaunches(20);
         EXPECT_LE(count, 1);
+        // No application lies around the tests, and the system tells so when it likes.
+        launches_ += count;
+        EXPECT_TRUE(runLoopUntil([this] { return failedLaunches() == launches_; }));
         return record;
     }
 
    private:
+    [[nodiscard]] int failedLaunches() const {
+        const std::string lines = log();
+        int count = 0;
+        for (std::size_t at = lines.find("] failed to open app: "); at != std::string::npos;
+             at = lines.find("] failed to open app: ", at + 1)) {
+            ++count;
+        }
+        return count;
+    }
+
     quorva::ObjectHolder<FinderSync> finderSync_;
+    int launches_ = 0;
 };
 
 namespace {
@@ -253,16 +248,15 @@ TEST_F(PrincipalClass, IsTheTargetOfEveryActionableItem) {
 }
 
 TEST_F(PrincipalClass, QueuesAClickAndPostsIt) {
+    NotificationObserver* observer = observerOf(@"app.ferrolin.Quorva.ActionQueued");
     NSMenuItem* item = firstActionableItem(menu(@"/没有 a"));
-    (void)simulator::takeRecordedEvents();
     [finderSync() performSelector:item.action withObject:item];
     const nlohmann::json record = takeRecord();
     ASSERT_TRUE(record.is_object());
     EXPECT_EQ(record["title"], quorva::utf8String(item.title));
     EXPECT_EQ(record["selectedPaths"], nlohmann::json({"/没有 a"}));
-    const auto events = simulator::takeRecordedEvents().events;
-    ASSERT_FALSE(events.empty());
-    EXPECT_EQ(events[0].value("name", ""), "app.ferrolin.Quorva.ActionQueued");
+    EXPECT_TRUE(runLoopUntil([observer] { return observer->received.count > 0; }));
+    [[NSDistributedNotificationCenter defaultCenter] removeObserver:observer];
 }
 
 TEST_F(PrincipalClass, QueuesAClickOnADestinationAsFinderDeliversIt) {
@@ -337,10 +331,11 @@ TEST_F(PrincipalClass, ObservesNothingOnceItIsGone) {
     letGo();
     [FIFinderSyncController defaultController].directoryURLs = [NSSet set];
     // Delivered in the order of the posts, so the second is the proof that the first is over.
-    SettingsObserver* observer = [[[SettingsObserver alloc] init] autorelease];
+    NotificationObserver* observer = observerOf(@"app.ferrolin.Quorva.Tests.Afterwards");
     postSettingsChanged(nil, nil);
     postNotification(@"app.ferrolin.Quorva.Tests.Afterwards", nil, nil);
-    EXPECT_TRUE(runLoopUntil([observer] { return [observer isNotified]; }));
+    EXPECT_TRUE(runLoopUntil([observer] { return observer->received.count > 0; }));
+    [[NSDistributedNotificationCenter defaultCenter] removeObserver:observer];
     EXPECT_EQ([FIFinderSyncController defaultController].directoryURLs.count, 0u);
 }
 

@@ -4,6 +4,7 @@
 #import <objc/runtime.h>
 
 #import "Cocoa/FinderActionContextObject.h"
+#import "Cocoa/FinderSync.h"
 #import "Cocoa/StringConversion.h"
 
 using quorva::Menu;

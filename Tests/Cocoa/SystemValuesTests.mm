@@ -7,7 +7,9 @@
 #include <chrono>
 #include <regex>
 #include <set>
+#include <string>
 
+#include "Cocoa/AccountDatabase.hpp"
 #include "Platform/Console.hpp"
 #include "Platform/Date.hpp"
 #include "Platform/PathUtilities.hpp"
@@ -39,15 +41,7 @@ TEST(Console, TakesAnyString) {
         << output;
 }
 
-class Account : public testing::Test {
-   protected:
-    ~Account() override {
-        unsetenv("SIMULATOR_ACCOUNT_NAME");
-        unsetenv("SIMULATOR_ACCOUNT_HOME");
-    }
-};
-
-TEST_F(Account, IsTheOneOfTheAccountDatabase) {
+TEST(Account, IsTheOneOfTheAccountDatabase) {
     const passwd* account = getpwuid(getuid());
     if (account == nullptr) {
         GTEST_SKIP() << "the account database does not know this user";
@@ -56,15 +50,20 @@ TEST_F(Account, IsTheOneOfTheAccountDatabase) {
     EXPECT_EQ(quorva::platform::homeDirectoryForUser(account->pw_name), account->pw_dir);
 }
 
-TEST_F(Account, IsAbsentForAUserThatDoesNotExist) {
+TEST(Account, IsAbsentForAUserThatDoesNotExist) {
     EXPECT_EQ(quorva::platform::homeDirectoryForUser("no such user"), std::nullopt);
     EXPECT_EQ(quorva::platform::homeDirectoryForUser(""), std::nullopt);
 }
 
-TEST_F(Account, IsTheOneThatTheSimulatorNames) {
-    setenv("SIMULATOR_ACCOUNT_NAME", "阿达", 1);
-    setenv("SIMULATOR_ACCOUNT_HOME", "/Users/阿达", 1);
-    EXPECT_EQ(quorva::platform::userName(), "阿达");
-    EXPECT_EQ(quorva::platform::homeDirectoryForUser("阿达"), "/Users/阿达");
-    EXPECT_EQ(quorva::platform::homeDirectoryForUser("no such user"), std::nullopt);
+TEST(AccountDatabase, HasTheHomeOfAUser) {
+    const passwd* root = getpwnam("root");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(quorva::homeDirectoryInAccountDatabase("root"), root->pw_dir);
+}
+
+TEST(AccountDatabase, HasNoHomeForAUserThatDoesNotExist) {
+    using namespace std::string_literals;
+    for (const std::string& name : {"no such user"s, ""s, "root\0x"s}) {
+        EXPECT_EQ(quorva::homeDirectoryInAccountDatabase(name), std::nullopt) << name;
+    }
 }

@@ -6,28 +6,40 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "Platform/FileManager.hpp"
 #include "Platform/FileURL.hpp"
 
-/// A test with a folder of its own, which is the home folder while the test runs.
+/// A test with a folder of its own, which is the home folder while the test runs, where the system
+/// lets a running process have another one.
 class TemporaryFolder : public testing::Test {
  protected:
     TemporaryFolder() {
-        std::string name = "/tmp/QuorvaCocoaTests.XXXXXX";
+        std::string name = QUORVA_COCOA_TESTS_TEMPORARY_FOLDER "/QuorvaCocoaTests.XXXXXX";
         folder_ = std::filesystem::canonical(mkdtemp(name.data()));
-        if (const char* home = getenv("HOME")) {
-            formerHome_ = home;
+        for (auto& [variable, former] : formerHomes_) {
+            if (const char* home = getenv(variable)) {
+                former = home;
+            }
+            setenv(variable, folder_.c_str(), 1);
         }
-        setenv("HOME", folder_.c_str(), 1);
     }
 
     ~TemporaryFolder() override {
         std::error_code ignored;
         std::filesystem::permissions(folder_, std::filesystem::perms::owner_all, ignored);
         std::filesystem::remove_all(folder_, ignored);
-        setenv("HOME", formerHome_.c_str(), 1);
+        for (const auto& [variable, former] : formerHomes_) {
+            if (former) {
+                setenv(variable, former->c_str(), 1);
+            } else {
+                unsetenv(variable);
+            }
+        }
     }
 
     [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
@@ -55,5 +67,17 @@ class TemporaryFolder : public testing::Test {
 
  private:
     std::filesystem::path folder_;
-    std::string formerHome_;
+    /// The first is GNUstep's here, the second Foundation's.
+    std::map<const char*, std::optional<std::string>> formerHomes_ = {
+        {"HOME", std::nullopt}, {"CFFIXED_USER_HOME", std::nullopt}};
+};
+
+/// A test that is skipped where the folder is not the home folder, rather than to touch the user's.
+class TemporaryHome : public TemporaryFolder {
+ protected:
+    void SetUp() override {
+        if (quorva::platform::homeDirectoryForCurrentUser().path() != folder().string()) {
+            GTEST_SKIP() << "the system keeps to another home folder";
+        }
+    }
 };

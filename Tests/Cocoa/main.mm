@@ -6,6 +6,17 @@
 #include <string_view>
 
 #include "Platform/Bundle.hpp"
+#include "Tests/Cocoa/TestProgram.hpp"
+
+namespace {
+
+std::filesystem::path program;
+
+}  // namespace
+
+const std::filesystem::path& testProgram() {
+    return program;
+}
 
 int main(int argumentCount, char** arguments) {
     @autoreleasepool {
@@ -22,12 +33,15 @@ int main(int argumentCount, char** arguments) {
             for (int count = std::atoi(arguments[4]); count > 0; --count) {
                 [[NSDistributedNotificationCenter defaultCenter]
                     postNotificationName:[NSString stringWithUTF8String:arguments[2]]
-                                  object:[NSString stringWithUTF8String:arguments[3]]];
+                                  object:[NSString stringWithUTF8String:arguments[3]]
+                                userInfo:nil
+                      deliverImmediately:NO];
             }
             return 0;
         }
-        // Menus need the application object, which needs a display.
+        // Menus need the application object, which needs a display on Linux.
         [NSApplication sharedApplication];
+        program = std::filesystem::absolute(arguments[0]);
         testing::InitGoogleTest(&argumentCount, arguments);
         return RUN_ALL_TESTS();
     }

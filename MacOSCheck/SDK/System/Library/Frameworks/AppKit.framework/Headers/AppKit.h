@@ -14,11 +14,11 @@
 
 typedef NSString* NSUserInterfaceItemIdentifier;
 
-@protocol NSUserInterfaceItemIdentification <NSObject>
+@protocol NSUserInterfaceItemIdentification
 @property (nullable, copy) NSUserInterfaceItemIdentifier identifier;
 @end
 
-@protocol NSValidatedUserInterfaceItem <NSObject>
+@protocol NSValidatedUserInterfaceItem
 @property (nullable, readonly) SEL action;
 @property (readonly) NSInteger tag;
 @end
@@ -28,6 +28,7 @@ static const NSControlStateValue NSControlStateValueMixed = -1;
 static const NSControlStateValue NSControlStateValueOff = 0;
 static const NSControlStateValue NSControlStateValueOn = 1;
 
+NS_SWIFT_UI_ACTOR
 @interface NSMenuItem : NSObject <NSCopying,
                                   NSCoding,
                                   NSValidatedUserInterfaceItem,
@@ -55,6 +56,7 @@ static const NSControlStateValue NSControlStateValueOn = 1;
 @property (nullable, copy) NSString* toolTip;
 @end
 
+NS_SWIFT_UI_ACTOR
 @interface NSMenu : NSObject <NSCopying, NSCoding, NSUserInterfaceItemIdentification>
 - (instancetype)initWithTitle:(NSString*)title;
 @property (copy) NSString* title;
@@ -71,6 +73,13 @@ static const NSControlStateValue NSControlStateValueOn = 1;
 @property (readonly) NSInteger numberOfItems;
 - (nullable NSMenuItem*)itemAtIndex:(NSInteger)index;
 @property BOOL autoenablesItems;
+- (void)update;
+@end
+
+NS_SWIFT_UI_ACTOR
+@interface NSApplication : NSObject
+@property (class, readonly, strong) NSApplication* sharedApplication;
+- (void)run;
 @end
 
 typedef NSString* NSImageName;

@@ -21,7 +21,7 @@ typedef NS_ENUM(NSUInteger, FIMenuKind) {
 };
 
 /// What Finder sends an extension. All of it is optional.
-@protocol FIFinderSync <NSObject>
+@protocol FIFinderSync
 @optional
 
 /// The menu for what `selectedItemURLs` and `targetedURL` of the controller name now.

@@ -17,6 +17,8 @@
 #define NS_RETURNS_INNER_POINTER __attribute__((objc_returns_inner_pointer))
 #define NS_NOESCAPE __attribute__((noescape))
 #define NS_REQUIRES_SUPER __attribute__((objc_requires_super))
+// Main thread only.
+#define NS_SWIFT_UI_ACTOR __attribute__((swift_attr("@UIActor")))
 
 #pragma clang assume_nonnull begin
 
@@ -190,7 +192,10 @@ typedef NS_OPTIONS(NSUInteger, NSStringEncodingConversionOptions) {
 - (void)appendString:(NSString*)aString;
 @end
 
-@interface NSConstantString : NSString
+@interface NSSimpleCString : NSString
+@end
+
+@interface NSConstantString : NSSimpleCString
 @end
 
 typedef NS_OPTIONS(NSUInteger, NSDataReadingOptions) {
@@ -206,7 +211,7 @@ typedef NS_OPTIONS(NSUInteger, NSDataWritingOptions) {
 
 @interface NSData : NSObject <NSCopying, NSMutableCopying, NSSecureCoding>
 @property (readonly) NSUInteger length;
-@property (readonly) const void* bytes NS_RETURNS_INNER_POINTER;
+@property (nullable, readonly) const void* bytes NS_RETURNS_INNER_POINTER;
 @end
 
 @interface NSData (NSExtendedData)
@@ -238,6 +243,10 @@ typedef NS_OPTIONS(NSUInteger, NSDataWritingOptions) {
 
 @interface NSMutableData : NSData
 @property (readonly) void* mutableBytes NS_RETURNS_INNER_POINTER;
+@end
+
+@interface NSMutableData (NSMutableDataCreation)
++ (nullable instancetype)dataWithLength:(NSUInteger)length;
 @end
 
 // Values
@@ -287,6 +296,7 @@ typedef NS_OPTIONS(NSUInteger, NSDataWritingOptions) {
 @end
 
 @interface NSDate (NSExtendedDate)
+@property (readonly) NSTimeInterval timeIntervalSinceNow;
 @property (readonly) NSTimeInterval timeIntervalSince1970;
 @property (readonly, copy) NSString* description;
 @end
@@ -327,8 +337,7 @@ typedef NS_OPTIONS(NSUInteger, NSDataWritingOptions) {
 @interface NSArray <ObjectType>(NSArrayCreation)
 + (instancetype)array;
 + (instancetype)arrayWithObject:(ObjectType)anObject;
-+ (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects
-                           count:(NSUInteger)cnt;
++ (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nonnull])objects count:(NSUInteger)cnt;
 + (instancetype)arrayWithObjects:(ObjectType)firstObj, ... NS_REQUIRES_NIL_TERMINATION;
 + (instancetype)arrayWithArray:(NSArray<ObjectType>*)array;
 @end
@@ -390,6 +399,7 @@ typedef NS_OPTIONS(NSUInteger, NSDataWritingOptions) {
 @interface NSSet <ObjectType>(NSSetCreation)
 + (instancetype)set;
 + (instancetype)setWithObject:(ObjectType)object;
++ (instancetype)setWithObjects:(ObjectType)firstObj, ... NS_REQUIRES_NIL_TERMINATION;
 + (instancetype)setWithArray:(NSArray<ObjectType>*)array;
 @end
 
@@ -412,6 +422,7 @@ FOUNDATION_EXPORT NSErrorUserInfoKey const NSLocalizedDescriptionKey;
 FOUNDATION_EXPORT NSExceptionName const NSGenericException;
 FOUNDATION_EXPORT NSExceptionName const NSRangeException;
 FOUNDATION_EXPORT NSExceptionName const NSInvalidArgumentException;
+FOUNDATION_EXPORT NSExceptionName const NSInternalInconsistencyException;
 
 @interface NSError : NSObject <NSCopying, NSSecureCoding>
 @property (readonly, copy) NSErrorDomain domain;
@@ -431,6 +442,10 @@ FOUNDATION_EXPORT NSExceptionName const NSInvalidArgumentException;
                            reason:(nullable NSString*)reason
                          userInfo:(nullable NSDictionary*)userInfo;
 - (void)raise;
+@end
+
+@interface NSException (NSExceptionRaisingConveniences)
++ (void)raise:(NSExceptionName)name format:(NSString*)format, ... NS_FORMAT_FUNCTION(2, 3);
 @end
 
 // URLs and files
@@ -618,12 +633,29 @@ typedef NS_OPTIONS(NSUInteger, NSJSONWritingOptions) {
 @property (class, readonly) BOOL isMainThread;
 @end
 
+typedef NSString* NSRunLoopMode;
+FOUNDATION_EXPORT NSRunLoopMode const NSDefaultRunLoopMode;
+
+@interface NSRunLoop : NSObject
+@property (class, readonly, strong) NSRunLoop* currentRunLoop;
+@end
+
+@interface NSRunLoop (NSRunLoopConveniences)
+- (BOOL)runMode:(NSRunLoopMode)mode beforeDate:(NSDate*)limitDate;
+@end
+
 typedef NSString* NSNotificationName;
 
 @interface NSNotification : NSObject <NSCopying, NSCoding>
 @property (readonly, copy) NSNotificationName name;
 @property (nullable, readonly, retain) id object;
 @property (nullable, readonly, copy) NSDictionary* userInfo;
+@end
+
+@interface NSNotification (NSNotificationCreation)
++ (instancetype)notificationWithName:(NSNotificationName)aName
+                              object:(nullable id)anObject
+                            userInfo:(nullable NSDictionary*)aUserInfo;
 @end
 
 @interface NSNotificationCenter : NSObject
@@ -655,6 +687,7 @@ typedef NS_OPTIONS(NSUInteger, NSDistributedNotificationOptions) {
 
 @interface NSDistributedNotificationCenter : NSNotificationCenter
 + (NSDistributedNotificationCenter*)defaultCenter;
+@property BOOL suspended;
 - (void)addObserver:(id)observer
               selector:(SEL)selector
                   name:(nullable NSNotificationName)name

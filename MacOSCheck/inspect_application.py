@@ -1,0 +1,98 @@
+#!/usr/bin/env python3
+"""Inspects the containing application that `make run` embeds the extension in, and what the tests
+were linked to, and fails with a line for each property that is not as it must be.
+
+These programs are linked as far as the declarations reach: of the C++ library they may need more
+than the declarations have, and of everything else nothing.
+"""
+
+import argparse
+import re
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+from inspect_bundle import (
+    ARCHITECTURES, dictionary_deviations, load_commands, read_property_list, run, thin_slice)
+
+# Names of namespace std, and what the C++ runtime has.
+CXX_LIBRARY = re.compile(
+    r"__Z(?:T[VTISh]|GV)?(?:N[KVr]*)?(?:St|S[absiod]).*|___cxa_\w+|___dynamic_cast")
+
+
+def expected_information(version, minimum_system_version):
+    return {
+        "CFBundleExecutable": "Quorva",
+        "CFBundleIdentifier": "app.ferrolin.Quorva",
+        "CFBundleInfoDictionaryVersion": "6.0",
+        "CFBundleName": "Quorva",
+        "CFBundlePackageType": "APPL",
+        "CFBundleShortVersionString": version,
+        "CFBundleVersion": version,
+        "LSMinimumSystemVersion": minimum_system_version,
+        "LSUIElement": True,
+        "NSAppDataUsageDescription": "Quorva reads the actions that you choose in Finder from the "
+        "data of its Finder extension.",
+        "NSPrincipalClass": "NSApplication",
+    }
+
+
+def symbol_deviations(program):
+    """A line for each symbol that neither a library of the declarations nor the C++ library has."""
+    for line in run("llvm-nm-19", "-m", "-u", str(program)).splitlines():
+        match = re.search(r" (\S+) \(dynamically looked up\)$", line)
+        if match and not CXX_LIBRARY.fullmatch(match[1]):
+            yield f"undefined symbols: {match[1]} comes from nowhere"
+
+
+def executable_deviations(executable, minimum_system_version):
+    try:
+        architectures = run("llvm-lipo-19", "-archs", str(executable)).split()
+    except subprocess.CalledProcessError:
+        yield "executable: there is none, or it is not a Mach-O file"
+        return
+    for architecture in ARCHITECTURES:
+        if architecture not in architectures:
+            yield f"slices: {architecture} is missing"
+            continue
+        with tempfile.TemporaryDirectory() as folder:
+            path = thin_slice(executable, architecture, folder)
+            minima = [command["minos"] for command in load_commands(path)
+                      if command["cmd"] == "LC_BUILD_VERSION"]
+            if minima != [minimum_system_version]:
+                yield f"{architecture}: minimum version: {minima}, not {minimum_system_version}"
+            for line in symbol_deviations(path):
+                yield f"{architecture}: {line}"
+
+
+def application_deviations(application, version, minimum_system_version):
+    information, problem = read_property_list(application / "Contents" / "Info.plist")
+    if problem:
+        yield f"Info.plist: {problem}"
+    else:
+        yield from dictionary_deviations(
+            "Info.plist", information, expected_information(version, minimum_system_version))
+    yield from executable_deviations(
+        application / "Contents" / "MacOS" / "Quorva", minimum_system_version)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("application", type=Path, help="the Quorva.app to inspect")
+    parser.add_argument("--version", required=True, help="the version that it must state")
+    parser.add_argument("--minimum-system-version", required=True, metavar="VERSION")
+    parser.add_argument("programs", type=Path, nargs="*", help="tests whose symbols are inspected")
+    arguments = parser.parse_args()
+
+    deviations = [f"Quorva.app: {line}" for line in application_deviations(
+        arguments.application, arguments.version, arguments.minimum_system_version)]
+    for program in arguments.programs:
+        deviations += [f"{program.name}: {line}" for line in symbol_deviations(program)]
+    for line in deviations:
+        print(f"macos-check: {line}", file=sys.stderr)
+    return 1 if deviations else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
