@@ -3,17 +3,16 @@
 
 #include <algorithm>
 #include <bit>
-#include <charconv>
+#include <cerrno>
 #include <climits>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <ctime>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 #import "Cocoa/StringConversion.h"
@@ -22,52 +21,140 @@
 
 namespace {
 
-/// Keeps a few bytes from becoming more objects than there is memory for. The core counts exactly,
-/// without the keys.
-struct Allowance {
-    bool admits(std::size_t objectCount, std::size_t byteCount) {
-        objects += objectCount;
-        bytes += byteCount;
-        return objects <= 2 * quorva::propertyListValueLimit &&
-               bytes <= quorva::propertyListByteLimit;
+/// Puts together what a reader meets, one object after the other. Nothing is added after what is
+/// malformed or beyond the limits.
+class ObjectBuilder {
+   public:
+    /// The only object, nil when something was malformed.
+    [[nodiscard]] id object() const {
+        NSArray* objects = levels_.front().container;
+        return isMalformed_ || objects.count != 1 ? nil : [objects objectAtIndex:0];
     }
 
-    std::size_t objects = 0;
-    std::size_t bytes = 0;
+    [[nodiscard]] bool isMalformed() const { return isMalformed_; }
+    void fail() { isMalformed_ = true; }
+
+    /// Whether the next object is the key of an entry.
+    [[nodiscard]] bool expectsKey() const {
+        const Level& level = levels_.back();
+        return level.key == nil && [level.container isKindOfClass:[NSDictionary class]];
+    }
+
+    /// Whether a container added now is replaced with a null object.
+    [[nodiscard]] bool isFull() const { return levels_.size() > quorva::propertyListDepthLimit; }
+
+    /// Nil is malformed.
+    void add(id object) {
+        const bool isKey = expectsKey();
+        const bool isString = [object isKindOfClass:[NSString class]];
+        valueCount_ += isKey ? 0 : 1;
+        byteCount_ += isString || [object isKindOfClass:[NSData class]] ? [object length] : 0;
+        isMalformed_ = isMalformed_ || object == nil || (isKey && !isString) ||
+                       valueCount_ > quorva::propertyListValueLimit ||
+                       byteCount_ > quorva::propertyListByteLimit;
+        Level& level = levels_.back();
+        if (isMalformed_) {
+            return;
+        }
+        if (isKey) {
+            level.key = object;
+        } else if (level.key != nil) {
+            [level.container setObject:object forKey:level.key];
+            level.key = nil;
+        } else {
+            [level.container addObject:object];
+        }
+    }
+
+    /// A container with what counts in it, for each place where it appears.
+    struct Container {
+        id object = nil;
+        std::size_t valueCount = 0;
+        std::size_t byteCount = 0;
+        /// How many levels it takes, more than there are where something was too deep.
+        std::size_t height = 1;
+    };
+
+    /// Adds a container once more. Returns false when there it is too deep.
+    bool add(const Container& container) {
+        if (levels_.size() - 1 + container.height > quorva::propertyListDepthLimit) {
+            return false;
+        }
+        add(container.object);
+        valueCount_ += container.valueCount;
+        byteCount_ += container.byteCount;
+        raise(container.height);
+        return true;
+    }
+
+    /// Adds a container. Up to the call of `end` that goes with it, objects are added to it.
+    void begin(id container) {
+        add(isFull() ? [NSNull null] : container);
+        levels_.push_back({container, nil, valueCount_, byteCount_});
+    }
+
+    Container end() {
+        const Level level = levels_.back();
+        isMalformed_ = isMalformed_ || level.key != nil;
+        levels_.pop_back();
+        raise(level.height);
+        return {level.container, valueCount_ - level.valuesBefore, byteCount_ - level.bytesBefore,
+                level.height};
+    }
+
+    /// Adds a null object in place of a container that is too deep.
+    void cutOff() {
+        add([NSNull null]);
+        raise(quorva::propertyListDepthLimit);
+    }
+
+   private:
+    struct Level {
+        /// A mutable array, or a mutable dictionary with the key of the next value.
+        id container;
+        NSString* key = nil;
+        std::size_t valuesBefore = 0;
+        std::size_t bytesBefore = 0;
+        std::size_t height = 1;
+    };
+
+    /// The last level holds a container of that height.
+    void raise(std::size_t height) {
+        levels_.back().height = std::max(levels_.back().height, height + 1);
+    }
+
+    std::vector<Level> levels_{{.container = [NSMutableArray array]}};
+    std::size_t valueCount_ = 0;
+    std::size_t byteCount_ = 0;
+    bool isMalformed_ = false;
 };
 
-bool isTooDeep(std::size_t depth) {
-    return depth > quorva::propertyListDepthLimit;
-}
-
 /// Reads the binary encoding. Nothing is read but from views of the file, each cut to its length
-/// after that was checked; containers that the file shares are
-/// shared.
+/// after that was checked.
 class BinaryReader {
    public:
-    explicit BinaryReader(std::string_view file) : file_(file) {}
-
-    id root() {
-        constexpr std::size_t headSize = 8;
+    id object(std::string_view file) {
         constexpr std::size_t trailerSize = 32;
-        if (file_.size() < headSize + trailerSize || !file_.starts_with("bplist00")) {
+        if (file.size() < trailerSize || !file.starts_with("bplist00")) {
             return nil;
         }
-        const std::size_t end = file_.size() - trailerSize;
-        const std::string_view trailer = file_.substr(end);
-        offsetSize_ = number(trailer.substr(6, 1));
-        referenceSize_ = number(trailer.substr(7, 1));
-        const std::uint64_t objectCount = number(trailer.substr(8, 8));
-        const std::uint64_t offsets = number(trailer.substr(24, 8));
-        const auto isSize = [](std::size_t size) { return size >= 1 && size <= 8; };
-        if (!isSize(offsetSize_) || !isSize(referenceSize_) || offsets > end || objectCount > end ||
-            objectCount * offsetSize_ != end - offsets) {
+        std::string_view trailer = file.substr(file.size() - trailerSize);
+        file.remove_suffix(trailerSize);
+        cut(trailer, 6);
+        offsetSize_ = number(cut(trailer, 1));
+        referenceSize_ = number(cut(trailer, 1));
+        const std::uint64_t objectCount = number(cut(trailer, 8));
+        const std::uint64_t root = number(cut(trailer, 8));
+        const std::uint64_t offsets = number(cut(trailer, 8));
+        if (offsetSize_ == 0 || referenceSize_ == 0 || offsets > file.size() ||
+            objectCount > file.size() || objectCount * offsetSize_ != file.size() - offsets) {
             return nil;
         }
-        objects_ = file_.substr(0, offsets);
-        offsets_ = file_.substr(offsets, end - offsets);
+        objects_ = file.substr(0, offsets);
+        offsets_ = file.substr(offsets);
         isEntered_.resize(objectCount);
-        return object(number(trailer.substr(16, 8)), 1);
+        add(root);
+        return builder_.object();
     }
 
    private:
@@ -79,236 +166,154 @@ class BinaryReader {
         return value;
     }
 
-    /// Cuts `count` units of `unitSize` from the beginning of `bytes`.
-    static std::optional<std::string_view> cut(std::string_view& bytes, std::uint64_t count,
-                                               std::size_t unitSize = 1) {
+    /// Cuts `count` units of `unitSize` from the beginning of `bytes`; none when there are fewer.
+    std::string_view cut(std::string_view& bytes, std::uint64_t count, std::size_t unitSize = 1) {
         if (count > bytes.size() / unitSize) {
-            return std::nullopt;
+            builder_.fail();
+            return {};
         }
         const std::string_view units = bytes.substr(0, count * unitSize);
         bytes.remove_prefix(units.size());
         return units;
     }
 
-    /// Cuts a number whose size is two to the power of `exponent`.
-    static std::optional<std::string_view> cutNumber(std::string_view& bytes, unsigned exponent) {
-        return exponent > 4 ? std::nullopt : cut(bytes, 1U << exponent);
-    }
-
     /// Cuts the count of what follows a marker: its lower half or, where that is full, a number.
-    static std::optional<std::uint64_t> cutCount(std::string_view& bytes, unsigned lowerHalf) {
+    std::uint64_t cutCount(std::string_view& bytes, unsigned lowerHalf) {
         if (lowerHalf != 0xF) {
             return lowerHalf;
         }
-        const auto marker = cut(bytes, 1);
-        const auto count = marker && number(*marker) >> 4 == 1
-                               ? cutNumber(bytes, number(*marker) & 0xF)
-                               : std::nullopt;
-        return count && count->size() <= 8 ? std::optional(number(*count)) : std::nullopt;
+        const std::uint64_t marker = number(cut(bytes, 1));
+        if (marker < 0x10 || marker > 0x13) {
+            builder_.fail();
+        }
+        return builder_.isMalformed() ? 0 : number(cut(bytes, 1ULL << (marker & 0xF)));
     }
 
-    /// Nil when the object is malformed. A null object for what the core has no type for, and in
-    /// place of a container that is nested too deeply.
-    id object(std::uint64_t index, std::size_t depth) {
-        if (index >= isEntered_.size() || !allowance_.admits(1, 0)) {
-            return nil;
+    /// Adds the object of that index: a null object for what the core has no type for.
+    void add(std::uint64_t index) {
+        if (builder_.isMalformed() || index >= isEntered_.size()) {
+            return builder_.fail();
         }
         const std::uint64_t position = number(offsets_.substr(index * offsetSize_, offsetSize_));
         std::string_view bytes = objects_.substr(std::min(position, objects_.size()));
-        const auto marker = cut(bytes, 1);
-        const unsigned kind = marker ? static_cast<unsigned>(number(*marker)) >> 4 : 0xF;
-        const unsigned lowerHalf = marker ? number(*marker) & 0xF : 0;
-        switch (kind) {
+        const std::uint64_t marker = number(cut(bytes, 1));
+        const unsigned lowerHalf = marker & 0xF;
+        switch (marker >> 4) {
             case 0x0:
-                return lowerHalf == 0   ? static_cast<id>([NSNull null])
-                       : lowerHalf == 8 ? [NSNumber numberWithBool:NO]
-                       : lowerHalf == 9 ? [NSNumber numberWithBool:YES]
-                                        : nil;
+                return builder_.add(lowerHalf == 0 ? static_cast<id>([NSNull null])
+                                    : lowerHalf == 8 || lowerHalf == 9
+                                        ? [NSNumber numberWithBool:lowerHalf == 9]
+                                        : nil);
             case 0x1:
-                return integer(cutNumber(bytes, lowerHalf));
+                return builder_.add(integer(cut(bytes, 1ULL << lowerHalf)));
             case 0x2:
-                return real(cutNumber(bytes, lowerHalf));
+                return builder_.add(real(cut(bytes, 1ULL << lowerHalf)));
             case 0x3: {
-                NSNumber* seconds = lowerHalf == 3 ? real(cutNumber(bytes, 3)) : nil;
-                return seconds != nil && std::isfinite(seconds.doubleValue)
-                           ? [NSDate dateWithTimeIntervalSinceReferenceDate:seconds.doubleValue]
-                           : nil;
+                const double seconds = real(cut(bytes, 1ULL << lowerHalf)).doubleValue;
+                return builder_.add(lowerHalf == 3 && std::isfinite(seconds)
+                                        ? [NSDate dateWithTimeIntervalSinceReferenceDate:seconds]
+                                        : nil);
+            }
+            case 0x4: {
+                const std::string_view data = cut(bytes, cutCount(bytes, lowerHalf));
+                return builder_.add([NSData dataWithBytes:data.data() length:data.size()]);
+            }
+            case 0x5:
+                return builder_.add(asciiString(cut(bytes, cutCount(bytes, lowerHalf))));
+            case 0x6: {
+                const std::uint64_t count = cutCount(bytes, lowerHalf);
+                return builder_.add(utf16String(cut(bytes, count, sizeof(unichar))));
             }
             case 0x8:  // a keyed archive's reference
-                return cut(bytes, lowerHalf + 1) ? [NSNull null] : nil;
+                cut(bytes, lowerHalf + 1);
+                return builder_.add([NSNull null]);
+            case 0xA:
+                return addContainer(
+                    index, [NSMutableArray array], {},
+                    cut(bytes, cutCount(bytes, lowerHalf), referenceSize_));
+            case 0xC:  // a set
+                cut(bytes, cutCount(bytes, lowerHalf), referenceSize_);
+                return builder_.add([NSNull null]);
+            case 0xD: {
+                const std::uint64_t count = cutCount(bytes, lowerHalf);
+                const std::string_view keys = cut(bytes, count, referenceSize_);
+                const std::string_view values = cut(bytes, count, referenceSize_);
+                return addContainer(index, [NSMutableDictionary dictionary], keys, values);
+            }
             default:
-                const auto count = cutCount(bytes, lowerHalf);
-                const auto units = count ? cut(bytes, *count, sizeOfUnit(kind)) : std::nullopt;
-                return units ? countedObject(kind, *units, index, depth) : nil;
+                builder_.fail();
         }
     }
 
-    static NSNumber* integer(std::optional<std::string_view> bytes) {
-        if (!bytes) {
-            return nil;
-        }
-        const std::uint64_t lower = number(*bytes);
-        if (bytes->size() <= 8) {
+    static NSNumber* integer(std::string_view bytes) {
+        const std::uint64_t lower = number(bytes);
+        if (bytes.size() <= 8) {
             return [NSNumber numberWithLongLong:static_cast<std::int64_t>(lower)];
         }
-        const auto upper = static_cast<std::int64_t>(number(bytes->substr(0, 8)));
-        return upper == 0
+        const auto upper = static_cast<std::int64_t>(number(bytes.substr(0, 8)));
+        return bytes.size() > 16 ? nil
+               : upper == 0
                    ? [NSNumber numberWithUnsignedLongLong:lower]
                    : [NSNumber numberWithDouble:std::ldexp(upper, 64) + static_cast<double>(lower)];
     }
 
-    static NSNumber* real(std::optional<std::string_view> bytes) {
-        if (bytes && bytes->size() == 4) {
-            const auto bits = static_cast<std::uint32_t>(number(*bytes));
-            return [NSNumber numberWithFloat:std::bit_cast<float>(bits)];
-        }
-        return bytes && bytes->size() == 8
-                   ? [NSNumber numberWithDouble:std::bit_cast<double>(number(*bytes))]
+    static NSNumber* real(std::string_view bytes) {
+        const std::uint64_t bits = number(bytes);
+        return bytes.size() == 8 ? [NSNumber numberWithDouble:std::bit_cast<double>(bits)]
+               : bytes.size() == 4
+                   ? [NSNumber numberWithFloat:std::bit_cast<float>(static_cast<unsigned>(bits))]
                    : nil;
     }
 
-    [[nodiscard]] std::size_t sizeOfUnit(unsigned kind) const {
-        switch (kind) {
-            case utf16String:
-                return sizeof(unichar);
-            case array:
-            case set:
-                return referenceSize_;
-            case dictionary:
-                return 2 * referenceSize_;
-            default:
-                return 1;
-        }
+    static NSString* asciiString(std::string_view units) {
+        return std::ranges::any_of(units, [](char unit) { return unit & 0x80; })
+                   ? nil
+                   : [[[NSString alloc] initWithBytes:units.data()
+                                               length:units.size()
+                                             encoding:NSASCIIStringEncoding] autorelease];
     }
 
-    id countedObject(unsigned kind, std::string_view units, std::uint64_t index,
-                     std::size_t depth) {
-        switch (kind) {
-            case data:
-                return allowance_.admits(0, units.size())
-                           ? [NSData dataWithBytes:units.data() length:units.size()]
-                           : nil;
-            case asciiString:
-            case utf16String:
-                return allowance_.admits(0, units.size() / sizeOfUnit(kind)) ? string(kind, units)
-                                                                             : nil;
-            case set:
-                return [NSNull null];
-            case array:
-            case dictionary:
-                if (isTooDeep(depth)) {
-                    deepest_ = cutOff;
-                    return [NSNull null];
-                }
-                return container(kind, units, index, depth);
-            default:
-                return nil;
+    static NSString* utf16String(std::string_view units) {
+        std::vector<unichar> characters(units.size() / sizeof(unichar));
+        for (std::size_t index = 0; index < characters.size(); ++index) {
+            characters[index] = static_cast<unichar>(number(units.substr(2 * index, 2)));
         }
+        return [NSString stringWithCharacters:characters.data() length:characters.size()];
     }
 
-    /// Makes a container once, and counts what is in it for each place where it appears.
-    id container(unsigned kind, std::string_view references, std::uint64_t index,
-                 std::size_t depth) {
-        const auto found = containers_.find(index);
-        if (found != containers_.end() && !isTooDeep(depth + found->second.height)) {
-            const Container& made = found->second;
-            deepest_ = std::max(deepest_, depth + made.height);
-            return allowance_.admits(made.contents.objects, made.contents.bytes) ? made.object
-                                                                                 : nil;
+    /// Adds a container of what the references lead to. An array has no keys.
+    void addContainer(std::uint64_t index, id container, std::string_view keys,
+                      std::string_view values) {
+        if (builder_.isFull()) {
+            return builder_.cutOff();
+        }
+        if (const auto made = containers_.find(index);
+            made != containers_.end() && builder_.add(made->second)) {
+            return;
         }
         if (isEntered_[index]) {
-            return nil;
+            return builder_.fail();
         }
         isEntered_[index] = true;
-        const Allowance before = allowance_;
-        const std::size_t deepestBefore = std::exchange(deepest_, depth);
-        id object =
-            kind == array ? arrayOf(references, depth + 1) : dictionaryOf(references, depth + 1);
+        builder_.begin(container);
+        while (!values.empty() && !builder_.isMalformed()) {
+            if (!keys.empty()) {
+                add(number(cut(keys, 1, referenceSize_)));
+            }
+            add(number(cut(values, 1, referenceSize_)));
+        }
+        containers_[index] = builder_.end();
         isEntered_[index] = false;
-        containers_[index] = {
-            object,
-            {allowance_.objects - before.objects, allowance_.bytes - before.bytes},
-            deepest_ - depth};
-        deepest_ = std::max(deepest_, deepestBefore);
-        return object;
     }
 
-    static NSString* string(unsigned kind, std::string_view units) {
-        if (kind == utf16String) {
-            std::vector<unichar> characters(units.size() / sizeof(unichar));
-            for (std::size_t index = 0; index < characters.size(); ++index) {
-                characters[index] = static_cast<unichar>(number(units.substr(2 * index, 2)));
-            }
-            return [NSString stringWithCharacters:characters.data() length:characters.size()];
-        }
-        const bool isASCII = std::ranges::none_of(units, [](char unit) { return unit & 0x80; });
-        return isASCII ? [[[NSString alloc] initWithBytes:units.data()
-                                                   length:units.size()
-                                                 encoding:NSASCIIStringEncoding] autorelease]
-                       : nil;
-    }
-
-    /// The object that the first of `references` leads to, which is cut off.
-    id nextObject(std::string_view& references, std::size_t depth) {
-        const std::uint64_t index = number(references.substr(0, referenceSize_));
-        references.remove_prefix(referenceSize_);
-        return object(index, depth);
-    }
-
-    NSArray* arrayOf(std::string_view references, std::size_t depth) {
-        NSMutableArray* array = [NSMutableArray array];
-        while (!references.empty()) {
-            id element = nextObject(references, depth);
-            if (element == nil) {
-                return nil;
-            }
-            [array addObject:element];
-        }
-        return array;
-    }
-
-    NSDictionary* dictionaryOf(std::string_view keys, std::size_t depth) {
-        NSMutableDictionary* dictionary = [NSMutableDictionary dictionary];
-        std::string_view values = keys.substr(keys.size() / 2);
-        while (!values.empty()) {
-            id key = nextObject(keys, depth);
-            id value = [key isKindOfClass:[NSString class]] ? nextObject(values, depth) : nil;
-            if (value == nil) {
-                return nil;
-            }
-            [dictionary setObject:value forKey:key];
-        }
-        return dictionary;
-    }
-
-    enum : unsigned {
-        data = 0x4,
-        asciiString = 0x5,
-        utf16String = 0x6,
-        array = 0xA,
-        set = 0xC,
-        dictionary = 0xD
-    };
-
-    struct Container {
-        id object;
-        Allowance contents;
-        /// How many levels of containers are below it.
-        std::size_t height;
-    };
-
-    std::string_view file_;
+    ObjectBuilder builder_;
     std::string_view objects_;
     std::string_view offsets_;
     std::size_t offsetSize_ = 0;
     std::size_t referenceSize_ = 0;
+    /// Which containers are being added: none of them may be in itself.
     std::vector<bool> isEntered_;
-    std::unordered_map<std::uint64_t, Container> containers_;
-    /// The depth of the deepest container since the last one was entered.
-    std::size_t deepest_ = 0;
-    /// Beyond any depth: what holds a container that was cut off may be whole elsewhere.
-    static constexpr std::size_t cutOff = SIZE_MAX / 2;
-    Allowance allowance_;
+    std::unordered_map<std::uint64_t, ObjectBuilder::Container> containers_;
 };
 
 constexpr std::string_view whitespace = " \t\r\n";
@@ -316,7 +321,7 @@ constexpr std::string_view whitespace = " \t\r\n";
 /// Reads the XML encoding.
 class XMLReader {
    public:
-    id root(std::string_view file) {
+    id object(std::string_view file) {
         file.remove_prefix(std::min(file.find_first_not_of(whitespace), file.size()));
         if (parser_ == nullptr || file.size() > INT_MAX) {
             return nil;
@@ -334,37 +339,29 @@ class XMLReader {
             parser_.get(), [](void* self, const char*, int, const char*, int, const char*,
                               const char*, const char*, const char*) { reader(self).fail(); });
         const int length = static_cast<int>(file.size());
-        return XML_Parse(parser_.get(), file.data(), length, /*isFinal=*/1) == XML_STATUS_OK ? root_
-                                                                                             : nil;
+        return XML_Parse(parser_.get(), file.data(), length, /*isFinal=*/1) == XML_STATUS_OK
+                   ? builder_.object()
+                   : nil;
     }
 
    private:
-    /// The element "plist", which holds one value, or a container.
-    struct Level {
-        id container;
-        NSString* key;
-    };
-
     static XMLReader& reader(void* self) { return *static_cast<XMLReader*>(self); }
 
     void fail() {
+        builder_.fail();
         XML_StopParser(parser_.get(), XML_FALSE);
-        // An empty element would end yet.
-        XML_SetElementHandler(parser_.get(), nullptr, nullptr);
     }
 
     void begin(std::string_view name) {
-        if (isLeaf_ || levels_.empty() != (name == "plist")) {
-            fail();
-        } else if (name == "plist") {
-            levels_.push_back({nil, nil});
-        } else if (name == "array" || name == "dict") {
-            id container =
-                name == "array" ? [NSMutableArray array] : [NSMutableDictionary dictionary];
-            add(isTooDeep(levels_.size()) ? [NSNull null] : container);
-            levels_.push_back({container, nil});
+        if (isLeaf_ || isInside_ == (name == "plist")) {
+            return fail();
+        }
+        isInside_ = true;
+        if (name == "array" || name == "dict") {
+            builder_.begin(name == "array" ? [NSMutableArray array]
+                                           : [NSMutableDictionary dictionary]);
         } else {
-            isLeaf_ = true;
+            isLeaf_ = name != "plist";
             text_.clear();
         }
     }
@@ -378,43 +375,22 @@ class XMLReader {
     }
 
     void end(std::string_view name) {
-        if (isLeaf_ && name == "key") {
-            Level& level = levels_.back();
-            if (level.key != nil || ![level.container isKindOfClass:[NSDictionary class]]) {
-                return fail();
-            }
-            level.key = quorva::foundationString(text_);
+        if (isLeaf_ && builder_.expectsKey() == (name == "key")) {
+            builder_.add(leaf(name));
         } else if (isLeaf_) {
-            add(leaf(name));
-        } else {
-            if (levels_.back().key != nil) {
-                return fail();
-            }
-            levels_.pop_back();
+            builder_.fail();
+        } else if (name != "plist" && !builder_.isMalformed()) {
+            builder_.end();
         }
         isLeaf_ = false;
-    }
-
-    void add(id value) {
-        Level& level = levels_.back();
-        // With the key that it may have.
-        if (value == nil || !allowance_.admits(2, 0)) {
-            fail();
-        } else if (level.container == nil && root_ == nil) {
-            root_ = value;
-        } else if ([level.container isKindOfClass:[NSArray class]]) {
-            [level.container addObject:value];
-        } else if (level.key != nil) {
-            [level.container setObject:value forKey:level.key];
-            level.key = nil;
-        } else {
+        if (builder_.isMalformed()) {
             fail();
         }
     }
 
     /// Nil for what is malformed.
     [[nodiscard]] id leaf(std::string_view name) const {
-        if (name == "string") {
+        if (name == "string" || name == "key") {
             return quorva::foundationString(text_);
         }
         if (name == "true" || name == "false") {
@@ -441,41 +417,26 @@ class XMLReader {
     }
 
     [[nodiscard]] NSNumber* number(bool isInteger) const {
-        std::string_view text = text_;
-        text.remove_prefix(std::min(text.find_first_not_of(whitespace), text.size()));
-        text = text.substr(0, text.find_last_not_of(whitespace) + 1);
-        if (text.starts_with('+') && !text.starts_with("+-")) {
-            text.remove_prefix(1);
-        }
-        if (!isInteger) {
-            const auto value = numberWithText<double>(text);
-            return value ? [NSNumber numberWithDouble:*value] : nil;
-        }
-        const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
-        const int base = isHexadecimal ? 16 : 10;
-        text.remove_prefix(isHexadecimal ? 2 : 0);
-        if (const auto value = numberWithText<std::int64_t>(text, base)) {
-            return [NSNumber numberWithLongLong:*value];
-        }
-        const auto value = numberWithText<std::uint64_t>(text, base);
-        return value ? [NSNumber numberWithUnsignedLongLong:*value] : nil;
-    }
-
-    template <typename Number, typename... Base>
-    static std::optional<Number> numberWithText(std::string_view text, Base... base) {
-        Number value{};
-        const char* const end = text.data() + text.size();
-        const auto [position, error] = std::from_chars(text.data(), end, value, base...);
-        return position == end && error == std::errc() ? std::optional(value) : std::nullopt;
+        const char* const text = text_.c_str();
+        const int base = text_.find_first_of("xX") == std::string::npos ? 10 : 16;
+        char* end = nullptr;
+        errno = 0;
+        NSNumber* number =
+            !isInteger ? [NSNumber numberWithDouble:std::strtod(text, &end)]
+            : text_.contains('-')
+                ? [NSNumber numberWithLongLong:std::strtoll(text, &end, base)]
+                : [NSNumber numberWithUnsignedLongLong:std::strtoull(text, &end, base)];
+        const bool isWhole =
+            std::string_view(end).find_first_not_of(whitespace) == std::string_view::npos;
+        return end != text && isWhole && errno == 0 ? number : nil;
     }
 
     std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser_{XML_ParserCreate(nullptr),
                                                                          XML_ParserFree};
-    std::vector<Level> levels_;
+    ObjectBuilder builder_;
     std::string text_;
+    bool isInside_ = false;
     bool isLeaf_ = false;
-    id root_ = nil;
-    Allowance allowance_;
 };
 
 /// Whether GNUstep's recursive parser of the old text form can read `data`. Its own files are in
@@ -524,9 +485,9 @@ bool isReadableText(NSData* data) {
     @autoreleasepool {
         if (bytes.starts_with("bplist")) {
             found = NSPropertyListBinaryFormat_v1_0;
-            object = BinaryReader(bytes).root();
+            object = BinaryReader().object(bytes);
         } else {
-            object = XMLReader().root(bytes);
+            object = XMLReader().object(bytes);
         }
         if (object == nil && isReadableText(data)) {
             @try {
