@@ -526,10 +526,18 @@ TEST_F(MenuItemResolutionTest, NoFileIsReadOnceEveryTitleIsKnown) {
         findTitleMeanings(meanings, SettingsReading());
         return platform().reads.size();
     };
+    EXPECT_EQ(filesReadFor({}), 0U);
     EXPECT_EQ(filesReadFor({"脚本", "快捷"}), 1U);
     EXPECT_EQ(filesReadFor({"脚本", "应用"}), 2U);
     EXPECT_EQ(filesReadFor({"应用", "后"}), 2U);
     EXPECT_EQ(filesReadFor({"脚本", "图标"}), 3U);
+}
+
+TEST_F(MenuItemResolutionTest, NoCommandIsTranslatedOnceEveryTitleIsKnown) {
+    TitleMeanings meanings = {{"图标", {}}};
+    findTitleMeanings(meanings, SettingsReading());
+    // Two of the built-in applications are.
+    EXPECT_EQ(std::ranges::count(platform().calls, fakePlatform::Operation::localizeString), 2);
 }
 
 TEST_F(MenuItemResolutionTest, EmptyTitleMatchesAnEntryWithoutAName) {
