@@ -9,18 +9,22 @@ SCRIPTS = sorted(path for path in (ROOT / "scripts").iterdir() if path.name != "
 PRESETS = "print('  \"dev\"', '  \"asan\"', sep='\\n')"
 # What a script does not take besides options.
 WRONG = {
+    "actions": ("Actions.md",),
     "appex": ("one folder", "another"),
     "benchmark": ("release",),
     "build": ("no such preset",),
     "coverage": ("dev",),
     "embed": ("One.app", "Another.app"),
     "format": ("--check", "file.cpp"),
+    "fuzz": ("0",),
     "lint": ("--all", "file.cpp"),
     "macos-check": ("dev",),
     "macos-run": ("--yes", "now"),
     "macos-sdk": ("one folder", "another"),
+    "mutate": ("many",),
     "run": ("dev",),
     "setup": ("now",),
+    "soak": ("many",),
     "test": ("dev", "no such preset"),
 }
 
