@@ -7,8 +7,10 @@ set(CMAKE_SYSTEM_PROCESSOR arm64)
 set(CMAKE_CXX_COMPILER "${CMAKE_CURRENT_LIST_DIR}/bin/clang++")
 set(CMAKE_OBJCXX_COMPILER "${CMAKE_CURRENT_LIST_DIR}/bin/clang++")
 # Debian's ar makes no index for universal objects; its libtool does.
-set(CMAKE_CXX_ARCHIVE_CREATE "llvm-libtool-darwin-19 -static -o <TARGET> <OBJECTS>")
-set(CMAKE_CXX_ARCHIVE_FINISH "")
+foreach(language IN ITEMS CXX OBJCXX)
+  set(CMAKE_${language}_ARCHIVE_CREATE "llvm-libtool-darwin-19 -static -o <TARGET> <OBJECTS>")
+  set(CMAKE_${language}_ARCHIVE_FINISH "")
+endforeach()
 set(CMAKE_STRIP llvm-strip-19 CACHE FILEPATH "")
 set(CMAKE_INSTALL_NAME_TOOL llvm-install-name-tool-19 CACHE FILEPATH "")
 

@@ -41,7 +41,8 @@ def failures(commands, folder):
     headers = [words for words in changed if "-emit-pch" in words]
     for words in headers:
         header = next(word for word in words if word.endswith(".hxx"))
-        shutil.copy(header.replace(OTHER, BUILT), header)
+        for path in (header, words[words.index("-c") + 1]):
+            shutil.copy(path.replace(OTHER, BUILT), path)
     sources = [words for words in changed if "-emit-pch" not in words]
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as executor:
         for group in (headers, sources):

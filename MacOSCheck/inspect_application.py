@@ -16,9 +16,11 @@ from pathlib import Path
 from inspect_bundle import (
     ARCHITECTURES, dictionary_deviations, load_commands, read_property_list, run, thin_slice)
 
-# Names of namespace std, and what the C++ runtime has.
 CXX_LIBRARY = re.compile(
-    r"__Z(?:T[VTISh]|GV)?(?:N[KVr]*)?(?:St|S[absiod]).*|___cxa_\w+|___dynamic_cast")
+    # Names of namespace std, with their tables and thunks.
+    r"__Z(?:T[VTIS]|Thn?\d+_|Tvn?\d+_n?\d+_|GV)?(?:N[KVr]*)?(?:St|S[absiod]).*"
+    # The allocation functions, and what the language's runtime has.
+    r"|__Z(?:nw|na|dl|da).*|__ZTI[a-z]|__ZTVN10__cxxabiv1.*|___cxa_\w+|___dynamic_cast")
 
 
 def expected_information(version, minimum_system_version):
