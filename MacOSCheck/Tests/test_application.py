@@ -84,7 +84,8 @@ class TestsTest(unittest.TestCase):
             file.write(content)
             file.flush()
             commands = [command.replace(source, file.name) for command in self.commands
-                        if "-emit-pch" in command or command.endswith(source)]
+                        if "QuorvaCocoaTests.dir/cmake_pch" in command and "-emit-pch" in command
+                        or command.endswith(source)]
             return list(check_tests.failures("\n".join(commands), FOLDER / "build"))
 
     def test_a_test_that_compiles_for_arm64_alone_is_named(self):
