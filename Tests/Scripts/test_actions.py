@@ -21,7 +21,8 @@ class ActionsTest(unittest.TestCase):
         for name in ("Bundle", "QuorvaFinderExtension", "Documentation"):
             shutil.copytree(ROOT / name, self.copy / name)
         (self.copy / "scripts").mkdir()
-        shutil.copy(ROOT / "scripts" / "actions", self.copy / "scripts")
+        for name in ("actions", "common.py"):
+            shutil.copy(ROOT / "scripts" / name, self.copy / "scripts")
 
     def check(self):
         return subprocess.run([self.copy / "scripts" / "actions", "--check"],

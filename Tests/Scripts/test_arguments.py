@@ -5,7 +5,9 @@ import unittest
 
 from script_test import ROOT, ScriptTestCase
 
-SCRIPTS = sorted(path for path in (ROOT / "scripts").iterdir() if path.name != "common.sh")
+# But for what they share.
+SCRIPTS = sorted(path for path in (ROOT / "scripts").iterdir()
+                 if path.is_file() and not path.suffix)
 PRESETS = "print('  \"dev\"', '  \"asan\"', sep='\\n')"
 # What a script does not take besides options.
 WRONG = {
