@@ -188,7 +188,7 @@ def prepare_environment(options, application):
                 raise Failure(f"the sandbox can't be enforced: {error.strerror}") from None
 
 
-def show_answer(options, extension):
+def show_response(options, extension):
     """What every command but the demonstration does."""
     if options.command == "directories":
         response = extension.request("directories")
@@ -226,7 +226,7 @@ def carry_out(options, folder):
         if options.command == "demo":
             run_demo(extension, options)
         else:
-            show_answer(options, extension)
+            show_response(options, extension)
     finally:
         extension.end()
 

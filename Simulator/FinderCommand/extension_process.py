@@ -27,8 +27,8 @@ def member(value, name, *types):
 
 
 class ExtensionProcess:
-    # How many seconds an answer may take, and the end of the process once its input has ended.
-    answer_limit = float("inf")
+    # How many seconds a response may take, and the end of the process once its input has ended.
+    response_limit = float("inf")
     end_limit = 3
 
     def __init__(self, executable, environment=None, show_errors=None):
@@ -63,7 +63,7 @@ class ExtensionProcess:
 
     def read_line(self):
         """The next line of standard output; None at its end."""
-        deadline = time.monotonic() + self.answer_limit
+        deadline = time.monotonic() + self.response_limit
         pieces = [self._received]
         output = self.process.stdout.fileno()
         while b"\n" not in pieces[-1]:
@@ -79,7 +79,7 @@ class ExtensionProcess:
         line, self._received = b"".join(pieces).split(b"\n", 1)
         return line
 
-    def read_answer(self):
+    def read_response(self):
         line = self.read_line()
         if line is None:
             raise self._ended()
@@ -92,7 +92,7 @@ class ExtensionProcess:
         """Sends a request that must be granted, and returns the response."""
         self._last_id += 1
         self.send_line(json.dumps({"id": self._last_id, "request": name, **members}))
-        response = self.read_answer()
+        response = self.read_response()
         if member(response, "id") != self._last_id:
             raise InvalidResponse("it is to another request")
         if "error" in response:

@@ -252,7 +252,7 @@ def log_messages(content):
 class Extension(ExtensionProcess):
     """The extension's process of a home."""
 
-    answer_limit = end_limit = TIME_LIMIT
+    response_limit = end_limit = TIME_LIMIT
 
     def __init__(self, home, launch=False, language=None, executable=None, environment=None):
         super().__init__(executable or application_bundle() / EXTENSION_EXECUTABLE,
@@ -265,7 +265,7 @@ class Extension(ExtensionProcess):
     def answer(self, request):
         """Sends a request as it is and reads its answer, which may be an error."""
         self.send_line(json.dumps(request))
-        return self.read_answer()
+        return self.read_response()
 
     def request(self, name, **fields):
         answer = super().request(name, **fields)

@@ -110,7 +110,7 @@ class HardSelectionTest(EndToEndTestCase):
         self.extension.send_line(
             b'{"id":1,"request":"menu","kind":"items","selectedPaths":["/caf\xe9"],'
             b'"targetedPath":null}')
-        self.assertIn("error", self.extension.read_answer())
+        self.assertIn("error", self.extension.read_response())
         self.check(Request(["/café"], None))
 
     def test_a_home_whose_path_is_hard_to_write_is_used_as_it_is(self):

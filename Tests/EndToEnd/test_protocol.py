@@ -207,7 +207,7 @@ class AnswersTest(ProtocolTestCase):
                          f'{{"seconds":[{number},{number}],"id":"1e999 \\" 2e999"}}'):
                 with self.subTest(line=line):
                     extension.send_line(line)
-                    answer = extension.read_answer()
+                    answer = extension.read_response()
                     self.assertEqual(answer["id"], '1e999 " 2e999')
                     self.assertIn("out of range", answer["error"])
 
@@ -228,7 +228,7 @@ class AnswersTest(ProtocolTestCase):
                     for number, name in enumerate(names * 4)]
         extension.send_bytes(b"".join(json.dumps(request).encode() + b"\n" for request in requests))
         for request in requests:
-            answer = extension.read_answer()
+            answer = extension.read_response()
             self.assertEqual(answer["id"], request["id"])
             self.assertEqual("error" in answer, request["request"] == "fly")
 
@@ -236,7 +236,7 @@ class AnswersTest(ProtocolTestCase):
         extension = self.start_extension()
         for piece in (b'{"id', b'":1,"req', b'uest":"tool', b'bar"}', b"\n"):
             extension.send_bytes(piece)
-        self.assertEqual(extension.read_answer()["name"], "Quorva")
+        self.assertEqual(extension.read_response()["name"], "Quorva")
 
     def test_an_answer_is_one_line_of_text(self):
         extension = self.start_extension()
@@ -270,7 +270,7 @@ class RefusalsTest(ProtocolTestCase):
         for name, line in REFUSED_LINES.items():
             with self.subTest(line=name):
                 extension.send_line(line)
-                answer = extension.read_answer()
+                answer = extension.read_response()
                 self.assertIsNone(answer["id"])
                 self.assert_error(answer)
                 self.assertEqual(extension.request("toolbar")["name"], "Quorva")
@@ -331,7 +331,7 @@ class LimitsTest(ProtocolTestCase):
             with self.subTest(depth=depth):
                 arrays = "[" * (depth - 1) + "]" * (depth - 1)
                 extension.send_line('{"id":1,"request":"toolbar","x":' + arrays + "}")
-                self.assertEqual("error" in extension.read_answer(), depth > 512)
+                self.assertEqual("error" in extension.read_response(), depth > 512)
 
 
 class DeliveryTest(ProtocolTestCase):
@@ -474,7 +474,7 @@ class EndOfInputTest(EndToEndTestCase):
         extension = self.start_mortal_extension()
         extension.send_bytes(b'{"id":1,"request":"toolbar"}\n{"id":2,"request":"toolbar"}\n')
         extension.process.stdin.close()
-        self.assertEqual([extension.read_answer()["id"] for _ in range(2)], [1, 2])
+        self.assertEqual([extension.read_response()["id"] for _ in range(2)], [1, 2])
         self.assertIsNone(extension.read_line())
 
     def test_nothing_but_answers_is_written_to_standard_output(self):

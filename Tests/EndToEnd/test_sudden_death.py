@@ -34,7 +34,7 @@ class SuddenDeathTest(EndToEndTestCase):
         for _ in range(KILLS):
             started.append(self.start())
             extension = started.pop(0)
-            self.assertEqual(extension.read_answer()["name"], "Quorva")
+            self.assertEqual(extension.read_response()["name"], "Quorva")
             extension.send_line(CLICK)
             time.sleep(generator.uniform(0, longest))
             extension.kill()
