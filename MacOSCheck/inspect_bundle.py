@@ -244,7 +244,7 @@ def executable_deviations(executable, minimum_system_version):
     try:
         architectures = run("llvm-lipo-19", "-archs", str(executable)).split()
     except subprocess.CalledProcessError:
-        yield "executable: there is none, or it is no Mach-O file"
+        yield "executable: there is none, or it is not a Mach-O file"
         return
     for architecture in ARCHITECTURES:
         if architecture not in architectures:

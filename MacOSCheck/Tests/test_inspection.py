@@ -68,7 +68,7 @@ class BundleTest(BundleTestCase):
                 "Info.plist: there is none",
                 "entitlements: there is none",
                 "string tables: en has none",
-                "executable: there is none, or it is no Mach-O file",
+                "executable: there is none, or it is not a Mach-O file",
             ],
         )
 
@@ -188,7 +188,8 @@ class ExecutableTest(BundleTestCase):
 
     def test_a_missing_executable_is_named(self):
         self.executable.unlink()
-        self.assertEqual(self.deviations(), ["executable: there is none, or it is no Mach-O file"])
+        self.assertEqual(
+            self.deviations(), ["executable: there is none, or it is not a Mach-O file"])
 
     def test_an_entry_of_its_own_is_named(self):
         self.build(EXAMPLE + "int main() { return 0; }", options=())

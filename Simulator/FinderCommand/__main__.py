@@ -17,7 +17,7 @@ from terminal import escaped, json_text, write
 FOOTER = r"""
 finder-sim COMMAND --help lists the options of a command.
 A character that a terminal could act on is shown as \u and its four digits.
-The protocol between the two is described in Documentation/ExtensionProtocol.md.
+The protocol that it speaks with the extension is in Documentation/ExtensionProtocol.md.
 """
 
 HELP = """\
@@ -153,7 +153,7 @@ def parse(arguments):
     # Titles may come between options, or else begin with a dash.
     options = (parser.parse_args if "--" in rest else parser.parse_intermixed_args)(rest)
     if options.keep_running and not options.launch:
-        parser.error("--keep-running is nothing without --launch")
+        parser.error("--keep-running needs --launch")
     if options.home and not os.path.isdir(options.home):
         parser.error(f"there is no folder {options.home}")
     options.command = command

@@ -24,12 +24,12 @@ UNREADABLE = {
     "half a record": b'{"actionID": "a", "createdAt": 1',
     "bytes": b"\xff\xfe\x00",
     "an array": b"[]",
-    "a text": b'"a"',
+    "a string": b'"a"',
     "null": b"null",
     "no action": b'{"createdAt": 1}',
     "an action that is a number": b'{"actionID": 1, "createdAt": 1}',
     "no time": b'{"actionID": "a"}',
-    "a text that is no UTF-8": b'{"actionID": "\xff", "createdAt": 1}',
+    "a string that is not UTF-8": b'{"actionID": "\xff", "createdAt": 1}',
     "100,000 arrays": b"[" * 100_000,
 }
 
