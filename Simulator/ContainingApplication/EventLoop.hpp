@@ -2,8 +2,9 @@
 
 namespace simulator {
 
-/// Delivers what happens to the application until it is asked to end, which it then does between
-/// two records. On a Mac the system's own loop, which may not return. Main thread only.
+/// Delivers events to the application until it is asked to end. On Linux it then returns between
+/// two records; on a Mac it is the system's own loop, which need not return, and a signal ends the
+/// process at once. Main thread only.
 void runEventLoop();
 
 }  // namespace simulator

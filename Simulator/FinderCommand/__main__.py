@@ -50,11 +50,11 @@ SANDBOX_HELP = """
 Give the extension a home as in a Mac's sandbox: the container
 "Library/Containers/app.ferrolin.Quorva.FinderExtension/Data" below the home folder, laid out where
 it is missing, with settings and a queue of its own. Enforced: the account's home can't be listed,
-and nothing of it be read or changed but the container, Desktop, Documents and their like in iCloud
-Drive; "/tmp" can't be changed. Not enforced: other folders, the network and other processes stay
-open, and a launched application is in the same sandbox. The demonstration does this unless told
-otherwise; where the system does not let it be enforced, it says so and goes on, and other commands
-fail"""
+and only the container, Desktop, Documents and their counterparts in iCloud Drive can be read or
+changed in it; "/tmp" can't be changed. Not enforced: other folders, the network and other processes
+stay open, and a launched application is in the same sandbox. The demonstration does this unless
+told otherwise; where the system does not let it be enforced, the demonstration says so and goes on,
+and other commands fail"""
 
 
 class Parser(argparse.ArgumentParser):
@@ -71,7 +71,7 @@ class Once(argparse.Action):
 
     def __call__(self, parser, options, value, option_string=None):
         if getattr(options, self.dest) is not None:
-            parser.error(f"{option_string} is there twice")
+            parser.error(f"{option_string} is given twice")
         setattr(options, self.dest, value)
 
 
@@ -169,7 +169,7 @@ def prepare_environment(options, application):
     os.environ["SIMULATOR_LAUNCH"] = "1" if options.launch else "0"
     home = os.environ.get("HOME", "")
     if not home.startswith("/"):
-        raise Failure("HOME names no folder: say --home")
+        raise Failure("HOME is not an absolute path: name the home with --home")
     if not is_utf8(home):
         raise Failure("the home folder's path is not UTF-8")
     is_required, options.sandbox = options.sandbox, "none"

@@ -14,7 +14,7 @@ class Failure(Exception):
 
 class InvalidResponse(Failure):
     def __init__(self, reason):
-        super().__init__(f"the extension's response is not as the protocol has it: {reason}")
+        super().__init__(f"the extension's response does not follow the protocol: {reason}")
 
 
 def member(value, name, *types):

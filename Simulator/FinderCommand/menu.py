@@ -47,7 +47,7 @@ def entry_named(entries, titles):
             return named[0]
     raise Failure("\n  ".join(
         [("there are several entries " if named else "nothing can be clicked at ")
-         + breadcrumbs(titles) + "\nThere is to click:",
+         + breadcrumbs(titles) + "\nWhat can be clicked:",
          *(breadcrumbs(entry.titles) for entry in clickable)]))
 
 

@@ -49,4 +49,4 @@ def write(text, descriptor=1):
         # As whoever reads no further expects it; Python has the signal ignored.
         raise SystemExit(128 + signal.SIGPIPE) from None
     except OSError as error:
-        raise Failure(f"the output is lost: {error.strerror}") from None
+        raise Failure(f"the output could not be written: {error.strerror}") from None
