@@ -13,7 +13,7 @@ from quorva_process import (
 
 REQUEST = Request(["/Volumes/Work/a.txt"], "/Volumes/Work")
 
-# Short, because each is cut at every byte.
+# Short, so that a cut is likely to be in the middle of something.
 SHORT = {
     "feature_settings": {"enabledFeatureIDs": ["openWith", "copyFile", "viewOptions",
                                                "customActions"], "menuLayout": "expanded"},
