@@ -428,7 +428,9 @@ class XMLReader {
                 : [NSNumber numberWithUnsignedLongLong:std::strtoull(text, &end, base)];
         const bool isWhole =
             std::string_view(end).find_first_not_of(whitespace) == std::string_view::npos;
-        return end != text && isWhole && errno == 0 ? number : nil;
+        // A real too small for full precision is one all the same.
+        const bool isInRange = errno == 0 || (!isInteger && std::isfinite(number.doubleValue));
+        return end != text && isWhole && isInRange ? number : nil;
     }
 
     std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser_{XML_ParserCreate(nullptr),

@@ -16,6 +16,14 @@ TEST_F(WrittenPropertyLists, AreReadWithNULs) {
               PropertyList(PropertyList::Array{text}));
 }
 
+TEST(PropertyListReader, ReadsARealOfTheLeastSize) {
+    EXPECT_EQ(propertyListWithData(
+                  quorva::dataWithText("<plist version=\"1.0\"><real>1e-310</real></plist>")),
+              PropertyList(1e-310));
+    EXPECT_FALSE(propertyListWithData(
+        quorva::dataWithText("<plist version=\"1.0\"><real>1e999</real></plist>")));
+}
+
 TEST_F(WrittenPropertyLists, AreReadWithAMegabyteOfReferences) {
     std::string expected;
     for (int count = 0; count < 300'000; ++count) {
