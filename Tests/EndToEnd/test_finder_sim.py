@@ -632,7 +632,7 @@ class InterruptTest(FinderSimTestCase):
     """An interrupt leaves nothing behind, whatever was going on."""
 
     # How often each command is interrupted, each time a little later.
-    INTERRUPTIONS = int(os.environ.get("QUORVA_INTERRUPTIONS", "6"))
+    INTERRUPTIONS = int(os.environ.get("QUORVA_INTERRUPTIONS", "3"))
 
     COMMANDS = [
         ["menu", *SELECT],
