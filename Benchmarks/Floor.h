@@ -16,7 +16,7 @@ namespace benchmarks {
 struct FloorItem;
 
 struct FloorMenu {
-    std::vector<unichar> title;
+    std::string title;
     std::vector<FloorItem> items;
 };
 
@@ -44,6 +44,7 @@ class Floor {
 
    private:
     FloorMenu menu_;
+    std::vector<NSString*> keysNotShown_;
     std::vector<FloorLine> menuLines_;
     std::vector<FloorLine> clickLines_;
 };

@@ -8,10 +8,9 @@
 #include <cstdlib>
 #include <fstream>
 #include <set>
-#include <string_view>
 
 #import "Cocoa/FinderActionContextObject.h"
-#include "Cocoa/UTF16.hpp"
+#import "Cocoa/StringConversion.h"
 #import "FinderSync/FinderSync.h"
 #include "QuorvaFinderExtension/FinderFeature.hpp"
 
@@ -20,14 +19,16 @@
 
 namespace benchmarks {
 
+using quorva::foundationString;
+
 struct FloorItem {
     bool isSeparator;
     /// The key of a title that is localized, nil for one of the user's.
     NSString* key;
-    std::vector<unichar> title;
+    std::string title;
     bool isActionable;
     bool enabled;
-    std::vector<unichar> identifier;
+    std::string identifier;
     NSInteger tag;
     enum { nothing, context, dictionary } representedObject;
     std::unique_ptr<FloorMenu> submenu;
@@ -54,20 +55,13 @@ void require(bool condition, const char* what) {
     }
 }
 
-NSString* string(const std::vector<unichar>& units) {
-    return units.empty() ? @"" : [NSString stringWithCharacters:units.data() length:units.size()];
-}
-
-NSString* string(std::string_view text) {
-    return string(quorva::utf16WithUTF8(text));
-}
-
-Path::Path(std::string text) : bytes(std::move(text)), string([benchmarks::string(bytes) retain]) {}
+Path::Path(std::string text) : bytes(std::move(text)), string([foundationString(bytes) retain]) {}
 
 /// The titles that are keys of the string table.
 const std::set<std::string>& localizedTitles() {
     static const std::set<std::string> titles = [] {
-        std::set<std::string> found = {"复制到文件夹", "移动到文件夹"};
+        std::set<std::string> found = {"复制到文件夹",    "移动到文件夹",  "图片",
+                                       "列表 · 最近修改", "图标 · 按名称", "分栏 · 按名称"};
         for (const quorva::FinderFeature feature : quorva::allFinderFeatures) {
             found.insert(title(feature));
             for (const quorva::FinderFeatureChild& child : children(feature)) {
@@ -79,8 +73,51 @@ const std::set<std::string>& localizedTitles() {
     return titles;
 }
 
+void removeShownTitles(std::set<std::string>& titles, const quorva::Menu& menu) {
+    for (const quorva::MenuItem& item : menu.items) {
+        titles.erase(item.title);
+        if (item.submenu) {
+            removeShownTitles(titles, *item.submenu);
+        }
+    }
+}
+
+/// The keys of the titles that `menu` does not show. They are looked up all the same, because an
+/// item of the user's may have the title of any command.
+std::vector<NSString*> keysNotShown(const quorva::Menu& menu) {
+    std::set<std::string> titles = localizedTitles();
+    removeShownTitles(titles, menu);
+    std::vector<NSString*> keys;
+    for (const std::string& title : titles) {
+        keys.push_back([foundationString(title) retain]);
+    }
+    return keys;
+}
+
+/// The keys of the commands of the catalogue from the first to the one that is clicked: a title
+/// stands for the first command that has it.
+const std::vector<NSString*>& keysUntilClicked() {
+    static const std::vector<NSString*> keys = [] {
+        std::vector<NSString*> found;
+        for (const quorva::FinderFeature feature : quorva::allFinderFeatures) {
+            for (const quorva::FinderFeatureChild& child : children(feature)) {
+                found.push_back([foundationString(child.title) retain]);
+                if (child.actionID == "compressToZIP") {
+                    return found;
+                }
+            }
+        }
+        return found;
+    }();
+    return keys;
+}
+
+NSString* localizedTitle(NSString* key) {
+    return [[NSBundle mainBundle] localizedStringForKey:key value:@"" table:nil];
+}
+
 FloorMenu floorMenu(const quorva::Menu& menu) {
-    FloorMenu result{quorva::utf16WithUTF8(menu.title), {}};
+    FloorMenu result{menu.title, {}};
     for (const quorva::MenuItem& item : menu.items) {
         const bool hasContext =
             std::holds_alternative<quorva::FinderActionContextPointer>(item.representedObject);
@@ -88,10 +125,9 @@ FloorMenu floorMenu(const quorva::Menu& menu) {
             std::holds_alternative<quorva::PropertyList::Dictionary>(item.representedObject);
         result.items.push_back(
             {item.isSeparator,
-             localizedTitles().contains(item.title) ? [string(item.title) retain] : nil,
-             quorva::utf16WithUTF8(item.title), item.action != quorva::MenuItem::Action::none,
-             item.enabled, quorva::utf16WithUTF8(item.identifier.value_or("")),
-             static_cast<NSInteger>(item.tag),
+             localizedTitles().contains(item.title) ? [foundationString(item.title) retain] : nil,
+             item.title, item.action != quorva::MenuItem::Action::none, item.enabled,
+             item.identifier.value_or(""), static_cast<NSInteger>(item.tag),
              hasContext      ? FloorItem::context
              : hasDictionary ? FloorItem::dictionary
                              : FloorItem::nothing,
@@ -104,7 +140,7 @@ std::vector<FloorLine> floorLines(const std::vector<std::string>& messages) {
     std::vector<FloorLine> lines;
     for (const std::string& message : messages) {
         lines.push_back(
-            {[string(message) retain], "[2026-11-16 00:06:18 +0000] " + message + "\n"});
+            {[foundationString(message) retain], "[2026-11-16 00:06:18 +0000] " + message + "\n"});
     }
     return lines;
 }
@@ -128,7 +164,8 @@ void createInApplicationSupport(const Path& folder) {
                                   inDomain:NSUserDomainMask
                          appropriateForURL:nil
                                     create:YES
-                                     error:&error] != nil,
+                                     error:&error]
+                    .path != nil,
             "the folder Application Support");
     require([fileManager() createDirectoryAtURL:[NSURL fileURLWithPath:folder.string
                                                            isDirectory:YES]
@@ -198,9 +235,7 @@ NSString* targetedPath() {
 }
 
 NSString* title(const FloorItem& item) {
-    return item.key == nil
-               ? string(item.title)
-               : [[NSBundle mainBundle] localizedStringForKey:item.key value:@"" table:nil];
+    return item.key == nil ? foundationString(item.title) : localizedTitle(item.key);
 }
 
 NSMenu* renderedMenu(const FloorMenu& menu, NSString* title, NSArray* paths, id target);
@@ -213,7 +248,7 @@ NSMenuItem* renderedItem(const FloorItem& item, NSArray* paths, id target) {
         keyEquivalent:@""] autorelease];
     rendered.target = item.isActionable ? target : nil;
     rendered.enabled = item.enabled;
-    rendered.identifier = item.identifier.empty() ? nil : string(item.identifier);
+    rendered.identifier = item.identifier.empty() ? nil : foundationString(item.identifier);
     rendered.tag = item.tag;
     if (item.representedObject == FloorItem::context) {
         rendered.representedObject =
@@ -248,6 +283,7 @@ NSMenu* renderedMenu(const FloorMenu& menu, NSString* title, NSArray* paths, id 
 Floor::Floor(const quorva::Menu& menu, const std::vector<std::string>& menuMessages,
              const std::vector<std::string>& clickMessages)
     : menu_(floorMenu(menu)),
+      keysNotShown_(keysNotShown(menu)),
       menuLines_(floorLines(menuMessages)),
       clickLines_(floorLines(clickMessages)) {}
 
@@ -264,7 +300,11 @@ void Floor::prepareMenu() {
     (void)NSHomeDirectoryForUser(NSUserName());
     for (const NSSearchPathDirectory directory :
          {NSDesktopDirectory, NSDownloadsDirectory, NSDocumentDirectory, NSPicturesDirectory}) {
-        (void)[fileManager() URLsForDirectory:directory inDomains:NSUserDomainMask];
+        (void)[fileManager() URLsForDirectory:directory inDomains:NSUserDomainMask]
+            .firstObject.path;
+    }
+    for (NSString* const key : keysNotShown_) {
+        (void)localizedTitle(key);
     }
     lookForApplications();
     os_log_info(log,
@@ -278,7 +318,7 @@ void Floor::prepareMenu() {
 
 NSMenu* Floor::menu(id target) {
     prepareMenu();
-    return renderedMenu(menu_, string(menu_.title), selectedPaths(), target);
+    return renderedMenu(menu_, foundationString(menu_.title), selectedPaths(), target);
 }
 
 void Floor::click() {
@@ -287,8 +327,10 @@ void Floor::click() {
     readSettings("CustomShortcutActions.plist");
     readSettings("FinderViewPresets.plist");
     lookForApplications();
-    static NSString* const key = [string("压缩为 ZIP") retain];
-    NSString* const title = [[NSBundle mainBundle] localizedStringForKey:key value:@"" table:nil];
+    NSString* title = nil;
+    for (NSString* const key : keysUntilClicked()) {
+        title = localizedTitle(key);
+    }
     NSArray<NSString*>* const paths = selectedPaths();
     appendLine(clickLines_.at(1));
     static const Path folder(settingsFolder() + "ActionQueue");
@@ -307,7 +349,7 @@ void Floor::click() {
                                         options:NSJSONWritingPrettyPrinted | NSJSONWritingSortedKeys
                                           error:&error];
     const std::string file = folder.bytes + "/" + [NSUUID UUID].UUIDString.UTF8String + ".json";
-    require([record writeToURL:[NSURL fileURLWithPath:string(file) isDirectory:NO]
+    require([record writeToURL:[NSURL fileURLWithPath:foundationString(file) isDirectory:NO]
                        options:NSDataWritingAtomic
                          error:&error],
             "a record");
