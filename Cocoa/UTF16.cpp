@@ -79,6 +79,10 @@ void appendUTF8(std::string& text, char32_t character) {
 
 }  // namespace
 
+bool isASCII(std::string_view text) {
+    return endOfASCII(text) == text.end();
+}
+
 UTF16 utf16WithUTF8(std::string_view text) {
     UTF16 units(text.begin(), endOfASCII(text));
     text.remove_prefix(units.size());
@@ -96,7 +100,7 @@ UTF16 utf16WithUTF8(std::string_view text) {
     return units;
 }
 
-std::string utf8WithUTF16(const UTF16& text) {
+std::string utf8WithUTF16(std::span<const std::uint16_t> text) {
     std::string bytes(text.begin(), endOfASCII(text));
     for (std::size_t index = bytes.size(); index < text.size(); ++index) {
         const char32_t unit = text[index];

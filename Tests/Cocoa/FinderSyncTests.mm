@@ -216,11 +216,11 @@ TEST_F(PrincipalClass, HasAToolbarItem) {
 
 TEST_F(PrincipalClass, KeepsAnExceptionOfAToolbarAccessorFromTheSystemAndLogsIt) {
     {
-        const RaisingMethod raising([NSString class], @selector(stringWithCharacters:length:));
+        const RaisingMethod raising([NSString class], @selector(allocWithZone:));
         EXPECT_EQ(finderSync().toolbarItemName, nil);
     }
     {
-        const RaisingMethod raising([NSString class], @selector(stringWithCharacters:length:));
+        const RaisingMethod raising([NSString class], @selector(allocWithZone:));
         EXPECT_EQ(finderSync().toolbarItemToolTip, nil);
     }
     {

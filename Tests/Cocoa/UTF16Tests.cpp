@@ -61,14 +61,14 @@ INSTANTIATE_TEST_SUITE_P(
                     MalformedUTF8{"\xF5\x80\x80\x80", {0xFFFD, 0xFFFD, 0xFFFD, 0xFFFD}}));
 
 TEST(UTF16, SurrogatesWithoutPartnerBecomeReplacementCharacters) {
-    EXPECT_EQ(utf8WithUTF16({0xD83D}), "\xEF\xBF\xBD");
-    EXPECT_EQ(utf8WithUTF16({0xDE00, 0x61}),
+    EXPECT_EQ(utf8WithUTF16(UTF16{0xD83D}), "\xEF\xBF\xBD");
+    EXPECT_EQ(utf8WithUTF16(UTF16{0xDE00, 0x61}),
               "\xEF\xBF\xBD"
               "a");
-    EXPECT_EQ(utf8WithUTF16({0xD83D, 0x61}),
+    EXPECT_EQ(utf8WithUTF16(UTF16{0xD83D, 0x61}),
               "\xEF\xBF\xBD"
               "a");
-    EXPECT_EQ(utf8WithUTF16({0xD83D, 0xD83D, 0xDE00}), "\xEF\xBF\xBD\xF0\x9F\x98\x80");
+    EXPECT_EQ(utf8WithUTF16(UTF16{0xD83D, 0xD83D, 0xDE00}), "\xEF\xBF\xBD\xF0\x9F\x98\x80");
 }
 
 }  // namespace
