@@ -8,7 +8,8 @@
 
 quorva::FileURL quorva::platform::homeDirectoryForCurrentUser() {
     @try {
-        return fileURL([NSFileManager defaultManager].homeDirectoryForCurrentUser);
+        return FileURL::directory(
+            utf8String([NSFileManager defaultManager].homeDirectoryForCurrentUser.path));
     } @catch (NSException*) {
         return FileURL::directory("/");
     }
@@ -38,7 +39,7 @@ quorva::Result<quorva::FileURL> quorva::platform::urlForDirectoryInUserDomainCre
         if (url == nil) {
             return std::unexpected(platformError(error));
         }
-        return fileURL(url);
+        return FileURL::directory(utf8String(url.path));
     } @catch (NSException* exception) {
         return std::unexpected(platformError(exception));
     }

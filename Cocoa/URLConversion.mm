@@ -1,5 +1,7 @@
 #import "Cocoa/URLConversion.h"
 
+#include <utility>
+
 #import "Cocoa/StringConversion.h"
 
 NSURL* quorva::foundationURL(const FileURL& url) {
@@ -15,8 +17,8 @@ std::vector<quorva::FileURL> quorva::fileURLs(NSArray<NSURL*>* urls) {
     std::vector<FileURL> result;
     result.reserve(urls.count);
     for (NSURL* url in urls) {
-        if (url.path.length > 0) {
-            result.push_back(fileURL(url));
+        if (FileURL file = fileURL(url); !file.path().empty()) {
+            result.push_back(std::move(file));
         }
     }
     return result;
