@@ -41,10 +41,11 @@ Destinations defaultFileDestinations() {
     return destinations;
 }
 
-Destinations defaultQuickOpenDestinations() {
+/// The home folder and others around `folders`.
+Destinations defaultQuickOpenDestinations(const Destinations& folders) {
     Destinations destinations = {
         {"home", L10n::t("用户目录"), platform::homeDirectoryForCurrentUser().path()}};
-    std::ranges::move(defaultFileDestinations(), std::back_inserter(destinations));
+    destinations.insert(destinations.end(), folders.begin(), folders.end());
     if (auto pictures =
             standardDestination("pictures", L10n::t("图片"), SearchPathDirectory::pictures)) {
         destinations.push_back(*std::move(pictures));
@@ -65,19 +66,6 @@ Destinations defaultApplicationDestinations() {
         return !platform::fileExistsAtPath(destination.path);
     });
     return destinations;
-}
-
-Destinations defaultDestinations(FinderCustomDestinationKind kind) {
-    switch (kind) {
-        case FinderCustomDestinationKind::copy:
-        case FinderCustomDestinationKind::move:
-            return defaultFileDestinations();
-        case FinderCustomDestinationKind::quickOpen:
-            return defaultQuickOpenDestinations();
-        case FinderCustomDestinationKind::openApplication:
-            return defaultApplicationDestinations();
-    }
-    std::unreachable();
 }
 
 /// The catalogue has entries of its own for these two editors.
@@ -151,6 +139,27 @@ const PropertyList::Array* FinderCustomDestinationFile::savedEntries(
     }
     const auto found = root_->dictionary()->find(rawValue(kind));
     return found == root_->dictionary()->end() ? nullptr : found->second.array();
+}
+
+const std::vector<FinderCustomDestination>& FinderCustomDestinationFile::standardFolders() const {
+    if (!standardFolders_) {
+        standardFolders_ = defaultFileDestinations();
+    }
+    return *standardFolders_;
+}
+
+std::vector<FinderCustomDestination> FinderCustomDestinationFile::defaultDestinations(
+    FinderCustomDestinationKind kind) const {
+    switch (kind) {
+        case FinderCustomDestinationKind::copy:
+        case FinderCustomDestinationKind::move:
+            return standardFolders();
+        case FinderCustomDestinationKind::quickOpen:
+            return defaultQuickOpenDestinations(standardFolders());
+        case FinderCustomDestinationKind::openApplication:
+            return defaultApplicationDestinations();
+    }
+    std::unreachable();
 }
 
 bool FinderCustomDestinationFile::hasDefaults(FinderCustomDestinationKind kind) const {

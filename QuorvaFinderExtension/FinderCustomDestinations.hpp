@@ -69,8 +69,16 @@ class FinderCustomDestinationFile {
     /// The list of `kind` in the file, null when the file has none. Lives as long as the reading.
     [[nodiscard]] const PropertyList::Array* savedEntries(FinderCustomDestinationKind kind) const;
 
+    /// The defaults of `kind`.
+    [[nodiscard]] std::vector<FinderCustomDestination> defaultDestinations(
+        FinderCustomDestinationKind kind) const;
+
+    /// The standard folders that are copied and moved to, looked up when they are first wanted.
+    [[nodiscard]] const std::vector<FinderCustomDestination>& standardFolders() const;
+
     /// Absent when there is no usable file.
     std::optional<PropertyList> root_;
+    mutable std::optional<std::vector<FinderCustomDestination>> standardFolders_;
 };
 
 /// The destinations of the user.

@@ -148,6 +148,7 @@ std::vector<MenuItem> featureMenuItems(const MenuRequest& request,
                                        const FinderMenuSettings& settings,
                                        const std::vector<FinderFeature>& features) {
     std::vector<MenuItem> items;
+    items.reserve(features.size());
     for (const FinderFeature feature : features) {
         Menu submenu = {
             title(feature),
@@ -206,9 +207,11 @@ void addDestinationItems(Menu& menu, const MenuRequest& request, std::string_vie
 
 std::vector<MenuItem> quickOpenMenuItems(const MenuRequest& request,
                                          const std::vector<FinderFeatureChild>& children) {
+    const std::vector<FinderCustomDestination>& destinations =
+        request.settings.destinations(FinderCustomDestinationKind::quickOpen);
     std::vector<MenuItem> items;
-    for (const FinderCustomDestination& destination :
-         request.settings.destinations(FinderCustomDestinationKind::quickOpen)) {
+    items.reserve(destinations.size() + children.size());
+    for (const FinderCustomDestination& destination : destinations) {
         items.push_back(
             contextItem(request, {std::string(quickOpenPathActionID), destination.name,
                                   FinderFeatureAction::openFolder(), destination.path}));
@@ -222,9 +225,11 @@ std::vector<MenuItem> quickOpenMenuItems(const MenuRequest& request,
 }
 
 std::vector<MenuItem> openWithApplicationMenuItems(const MenuRequest& request) {
+    const std::vector<FinderCustomDestination>& applications =
+        request.settings.destinations(FinderCustomDestinationKind::openApplication);
     std::vector<MenuItem> items;
-    for (const FinderCustomDestination& application :
-         request.settings.destinations(FinderCustomDestinationKind::openApplication)) {
+    items.reserve(applications.size());
+    for (const FinderCustomDestination& application : applications) {
         MenuItem item = contextItem(
             request, {std::string(openWithApplicationActionID), application.name,
                       FinderFeatureAction::openWithApplicationPath(), application.path});
@@ -244,6 +249,7 @@ std::vector<MenuItem> finderViewPresetMenuItems(const MenuRequest& request) {
     const PropertyList selectedPaths = paths(request.selectedURLs);
     const std::string targetedPath = request.targetedURL ? request.targetedURL->path() : "";
     std::vector<MenuItem> items;
+    items.reserve(presets.size());
     for (const FinderViewPresetSetting& preset : presets) {
         const std::string identifier = viewPresetIdentifier(preset);
         const std::int64_t tag = viewPresetTagBase + static_cast<std::int64_t>(items.size());
@@ -266,8 +272,10 @@ std::vector<MenuItem> finderViewPresetMenuItems(const MenuRequest& request) {
 }
 
 std::vector<MenuItem> customShortcutMenuItems(const MenuRequest& request) {
+    const std::vector<FinderCustomShortcutAction>& actions = request.settings.customActions();
     std::vector<MenuItem> items;
-    for (const FinderCustomShortcutAction& action : request.settings.customActions()) {
+    items.reserve(actions.size());
+    for (const FinderCustomShortcutAction& action : actions) {
         const std::string identifier = customActionIdentifier(action);
         MenuItem item = contextItem(
             request, {identifier, action.name, FinderFeatureAction::requiresSelection(), {}});

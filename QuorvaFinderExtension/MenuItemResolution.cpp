@@ -103,7 +103,8 @@ std::size_t takeTitles(TitleMeanings& meanings, const Entries& entries, Title ti
     for (const auto& entry : entries) {
         const auto found = meanings.find(std::string_view(std::invoke(title, entry)));
         if (found != meanings.end() && found->second.source == TitleMeaning::Source::nothing) {
-            found->second = {source, makeContext(entry)};
+            found->second.source = source;
+            found->second.context = makeContext(entry);
             ++taken;
         }
     }
@@ -166,8 +167,11 @@ FinderActionContextPointer actionContextFromMenuTag(std::int64_t tag,
     if (__builtin_sub_overflow(tag, viewPresetTagBase, &index)) {
         std::abort();
     }
+    if (index < 0) {
+        return nullptr;
+    }
     const std::vector<FinderViewPresetSetting>& presets = settings.viewPresets();
-    if (index < 0 || std::cmp_greater_equal(index, presets.size())) {
+    if (std::cmp_greater_equal(index, presets.size())) {
         return nullptr;
     }
     const FinderViewPresetSetting& preset = presets[static_cast<std::size_t>(index)];
@@ -180,8 +184,9 @@ FinderActionContextPointer actionContextFromMenuTitle(const std::string& title,
                                                       const SettingsReading& settings) {
     TitleMeanings meanings = {{title, {}}};
     findTitleMeanings(meanings, settings);
-    const auto& [source, context] = meanings.begin()->second;
-    switch (source) {
+    const TitleMeaning& meaning = meanings.begin()->second;
+    const FinderActionContextPointer& context = meaning.context;
+    switch (meaning.source) {
         case TitleMeaning::Source::customAction:
             appendDiagnosticLog("resolved custom action from title=" + title +
                                 " actionID=" + context->actionID());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -41,6 +42,8 @@ struct TitleMeaning {
     Source source = Source::nothing;
     /// Null for `nothing`.
     FinderActionContextPointer context;
+    /// How many items of a menu have the title.
+    std::size_t uses = 0;
 };
 
 using TitleMeanings = std::unordered_map<std::string_view, TitleMeaning>;

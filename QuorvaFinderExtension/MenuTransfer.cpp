@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string_view>
-#include <unordered_map>
 #include <utility>
 
 #include "QuorvaFinderExtension/MenuItemIdentity.hpp"
@@ -73,12 +71,8 @@ bool namesTwoPresets(const MenuItem& sender, const SettingsReading& settings) {
 }  // namespace
 
 void tagAmbiguousItems(Menu& menu, const SettingsReading& settings) {
-    std::unordered_map<std::string_view, std::size_t> uses;
     TitleMeanings meanings;
-    forEachActionableItem(menu, [&](const MenuItem& item) {
-        ++uses[item.title];
-        meanings.try_emplace(item.title);
-    });
+    forEachActionableItem(menu, [&](const MenuItem& item) { ++meanings[item.title].uses; });
     findTitleMeanings(meanings, settings);
     std::int64_t tag = 0;
     forEachActionableItem(menu, [&](MenuItem& item) {
@@ -88,7 +82,7 @@ void tagAmbiguousItems(Menu& menu, const SettingsReading& settings) {
         }
         const TitleMeaning& meaning = meanings.at(item.title);
         const bool isAmbiguous = meaning.context == nullptr
-                                     ? uses.at(item.title) > 1
+                                     ? meaning.uses > 1
                                      : !actsAlike(*context, *meaning.context) &&
                                            !leavesToCommand(*context, meaning, settings);
         if (!isAmbiguous) {
