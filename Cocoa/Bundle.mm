@@ -2,8 +2,33 @@
 
 #import <Foundation/Foundation.h>
 
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+
+#import "Cocoa/ObjectHolder.h"
 #import "Cocoa/StringConversion.h"
 #import "Cocoa/URLConversion.h"
+
+namespace {
+
+/// `key` as a string of the platform. Kept for as long as the process lives, because making one
+/// takes longer than the lookup, and keys are few: they are constants of the program.
+NSString* keyString(std::string_view key) {
+    using Keys = std::map<std::string, quorva::ObjectHolder<NSString>, std::less<>>;
+    static std::mutex mutex;
+    // Never destroyed: a request may come while the process ends.
+    static Keys& keys = *new Keys();
+    const std::scoped_lock lock(mutex);
+    auto found = keys.find(key);
+    if (found == keys.end()) {
+        found = keys.emplace(key, quorva::ObjectHolder(quorva::foundationString(key))).first;
+    }
+    return found->second.get();
+}
+
+}  // namespace
 
 quorva::FileURL quorva::platform::mainBundleURL() {
     @try {
@@ -15,11 +40,11 @@ quorva::FileURL quorva::platform::mainBundleURL() {
 
 std::string quorva::platform::localizedString(std::string_view key) {
     @try {
-        NSString* const keyString = foundationString(key);
-        NSString* const string = [[NSBundle mainBundle] localizedStringForKey:keyString
+        NSString* const platformKey = keyString(key);
+        NSString* const string = [[NSBundle mainBundle] localizedStringForKey:platformKey
                                                                         value:@""
                                                                         table:nil];
-        return string == keyString ? std::string(key) : utf8String(string);
+        return string == platformKey ? std::string(key) : utf8String(string);
     } @catch (NSException*) {
         return std::string(key);
     }
