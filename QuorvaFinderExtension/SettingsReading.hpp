@@ -13,7 +13,8 @@ namespace quorva {
 
 /// The settings as one menu request or one click finds them. Each file is read when it is first
 /// asked for and not again, so that what is built from a reading never mixes two versions of a
-/// file, and each title of the catalogue is looked up once. Made for one request and gone with it: the next one reads anew.
+/// file, and each title of the catalogue is looked up once. Made for one request and gone with it:
+/// the next one reads anew.
 ///
 /// The references that it returns live as long as the reading. Used from one thread.
 class SettingsReading {
