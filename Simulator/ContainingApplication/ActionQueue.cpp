@@ -3,6 +3,7 @@
 #include <pwd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -83,12 +84,12 @@ path supportFolder(const path& home) {
     return home / "Library/Application Support/Quorva";
 }
 
-/// Where the extension puts its records: its home is its container, where it has one.
-path queueFolder() {
+/// Where the extension puts its records: its home is its container, but in the simulator only
+/// when that is asked for.
+std::array<path, 2> queueFolders() {
     const path home = homeFolder();
     const path container = home / "Library/Containers/app.ferrolin.Quorva.FinderExtension/Data";
-    return supportFolder(std::filesystem::is_directory(container) ? container : home) /
-           "ActionQueue";
+    return {supportFolder(container) / "ActionQueue", supportFolder(home) / "ActionQueue"};
 }
 
 /// In the user's own folder, and made with it: the extension's container is not for others' files.
@@ -139,11 +140,13 @@ void drain(const path& queue, const path& performed) {
 }  // namespace
 
 void drainQueue() noexcept {
-    try {
-        drain(queueFolder(), performedFile());
-    } catch (const std::exception& exception) {
-        std::fprintf(stderr, "Quorva: the queue can't be drained: %s\n",
-                     escaped(exception.what()).c_str());
+    for (const path& queue : queueFolders()) {
+        try {
+            drain(queue, performedFile());
+        } catch (const std::exception& exception) {
+            std::fprintf(stderr, "Quorva: the queue can't be drained: %s\n",
+                         escaped(exception.what()).c_str());
+        }
     }
 }
 

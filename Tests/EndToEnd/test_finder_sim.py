@@ -570,6 +570,12 @@ class SandboxTest(FinderSimTestCase):
         self.assertEqual([line["title"] for line in Home(self.container).performed()], ["/1"])
         self.assertEqual(self.home.performed(), [])
 
+    def test_a_home_that_was_used_with_it_can_be_used_without(self):
+        self.require_namespaces()
+        self.finder_sim("menu", "--sandbox")
+        self.finder_sim("click", "压缩为 ZIP", *SELECT, "--launch")
+        self.assertEqual([line["actionID"] for line in self.home.performed()], ["compressToZIP"])
+
     def test_the_account_s_home_can_t_be_listed_or_changed(self):
         home = self.home.path
         (home / "secret.txt").touch()
