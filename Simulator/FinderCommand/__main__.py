@@ -205,7 +205,9 @@ def show_response(options, extension):
         text = click_text(response)
     write(json_text(response) + "\n" if options.json else text)
     if options.command == "click" and not response["records"]:
-        raise Failure("no record of the click was written")
+        raise Failure("no record of the click was written (--verbose says why)")
+    if options.command == "click" and options.launch and not response["performed"]:
+        raise Failure("Quorva did not perform the record within 10 seconds")
 
 
 def show_errors(text):

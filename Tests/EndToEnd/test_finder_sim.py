@@ -196,6 +196,12 @@ class FinderSimTest(FinderSimTestCase):
         self.assertEqual(self.containing_applications(), launched)
         until(lambda: len(self.home.performed()) == 2, "both records were performed")
 
+    def test_a_launched_application_that_does_not_perform_the_record_is_a_failure(self):
+        (self.home.quorva / "Performed.jsonl").mkdir()
+        error = self.refused("click", "压缩为 ZIP", *SELECT, "--launch", output=None)
+        self.assertIn("perform", error)
+        self.assertEqual([record["actionID"] for record in self.home.records()], ["compressToZIP"])
+
     def test_an_unknown_title_lists_what_there_is_to_click(self):
         error = self.refused("click", "压缩与解压缩", "nothing", *SELECT)
         self.assertIn("nothing", error.splitlines()[0])
