@@ -38,17 +38,21 @@ def breadcrumbs(titles):
 
 def entry_named(entries, titles):
     """The entry that `titles` names: all the titles on the way to it, or so many of its last ones
-    that no other clickable entry is meant. Fails, with what there is to click, when there is none.
+    that no other clickable entry is meant. Space around a title, which nobody sees, need not be
+    named. Fails, with those that are meant or with what there is to click, when there is none.
     """
     clickable = [entry for entry in entries if entry.is_clickable]
+    stripped = [title.strip() for title in titles]
     for named in ([entry for entry in clickable if entry.titles == titles][:1],
-                  [entry for entry in clickable if entry.titles[-len(titles):] == titles]):
+                  [entry for entry in clickable if entry.titles[-len(titles):] == titles],
+                  [entry for entry in clickable
+                   if [title.strip() for title in entry.titles[-len(titles):]] == stripped]):
         if len(named) == 1:
             return named[0]
     raise Failure("\n  ".join(
         [("there are several entries " if named else "nothing can be clicked at ")
          + breadcrumbs(titles) + "\nWhat can be clicked:",
-         *(breadcrumbs(entry.titles) for entry in clickable)]))
+         *(breadcrumbs(entry.titles) for entry in named or clickable)]))
 
 
 def menu_tree(menu):

@@ -202,6 +202,12 @@ class FinderSimTest(FinderSimTestCase):
         self.assertIn("perform", error)
         self.assertEqual([record["actionID"] for record in self.home.records()], ["compressToZIP"])
 
+    def test_space_around_a_title_need_not_be_named(self):
+        for title in ("Move to", "Move to "):
+            self.finder_sim("click", title, "Move to Desktop", "--language", "en", *SELECT)
+            [record] = self.home.take_records()
+            self.assertEqual(record["actionID"], "moveFilesToDesktop")
+
     def test_an_unknown_title_lists_what_there_is_to_click(self):
         error = self.refused("click", "压缩与解压缩", "nothing", *SELECT)
         self.assertIn("nothing", error.splitlines()[0])
@@ -216,7 +222,9 @@ class FinderSimTest(FinderSimTestCase):
     def test_a_title_that_several_entries_have_is_not_guessed(self):
         self.home.write("CustomDestinations.plist", {
             "quickOpen": [{"id": "1", "name": "压缩为 ZIP", "path": "/1"}]})
-        self.refused("click", "压缩为 ZIP", *SELECT)
+        error = self.refused("click", "压缩为 ZIP", *SELECT)
+        self.assertEqual(
+            error.count("\n  "), 2, "only those that are meant are listed")
         self.assertEqual(self.home.records(), [])
         self.finder_sim("click", "打开", "压缩为 ZIP", *SELECT)
         self.assertEqual(self.home.records()[0]["destinationPath"], "/1")
