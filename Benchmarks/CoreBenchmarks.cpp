@@ -186,12 +186,13 @@ void titleLookup(benchmark::State& benchmark) {
 }
 BENCHMARK(titleLookup)->Apply(sizes);
 
-/// Cleans up a preset's name of so many bytes.
+/// Cleans up a preset's name of so many bytes and a number behind them.
 void presetName(benchmark::State& benchmark) {
     std::string name;
     while (std::cmp_less(name.size(), benchmark.range(0))) {
         name += "列表 · 1 ";
     }
+    name += "1";
     setUp({{"FinderViewPresets.plist",
             PropertyList::Array{PropertyList::Dictionary{
                 {"id", "x"}, {"name", name}, {"viewMode", "list"}, {"sortMode", "name"}}}}});

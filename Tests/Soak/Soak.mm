@@ -99,9 +99,9 @@ double medianStep(const std::vector<Memory>& values) {
 }
 
 /// Runs `round` `count` times, a fifth of it before memory is watched. Returns whether nothing grew
-/// but what each round adds.
+/// but what each round adds: `recordCount` records, and lines.
 template <typename Round>
-bool soak(const char* what, std::size_t count, Round round) {
+bool soak(const char* what, std::size_t count, std::size_t recordCount, Round round) {
     constexpr std::size_t sampleCount = 40;
     const auto run = [&round] {
         @autoreleasepool {
@@ -147,7 +147,8 @@ bool soak(const char* what, std::size_t count, Round round) {
     std::printf("  records: %zu, of which %zu were expected\n", after.records - before.records,
                 wanted.records - before.records);
     constexpr double limit = 16;
-    return after == wanted && inUse < limit;
+    return afterOne.records == before.records + recordCount &&
+           afterOne.logLines > before.logLines && after == wanted && inUse < limit;
 }
 
 }  // namespace
@@ -183,12 +184,12 @@ int main(int argumentCount, char** arguments) {
             benchmarks::Floor floor(extension.menu(quorva::MenuKind::contextualMenuForItems),
                                     std::vector<std::string>(6, "line"),
                                     std::vector<std::string>(3, "line"));
-            isFlat = soak("menus of the floor", menus, [&] { [floor.menu(finderSync) self]; }) &&
-                     soak("clicks of the floor", clicks, [&] { floor.click(); });
+            isFlat = soak("menus of the floor", menus, 0, [&] { [floor.menu(finderSync) self]; }) &&
+                     soak("clicks of the floor", clicks, 1, [&] { floor.click(); });
         } else {
-            isFlat = soak("menu requests", menus,
+            isFlat = soak("menu requests", menus, 0,
                           [&] { [finderSync menuForMenuKind:FIMenuKindContextualMenuForItems]; }) &&
-                     soak("clicks", clicks, [&] { [finderSync performFeatureChild:sender]; });
+                     soak("clicks", clicks, 1, [&] { [finderSync performFeatureChild:sender]; });
         }
         [sender release];
         [finderSync release];
