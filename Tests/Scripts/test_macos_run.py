@@ -51,8 +51,8 @@ if name == "pluginkit":
         if state.exists():
             print(os.environ.get("SIGN", "+") + "    " + os.environ["IDENTIFIER"] + "(1.0)\\t"
                   + state.read_text())
-        elif "OTHER" not in os.environ:
-            print("  (no matches)")
+        listed = state.exists() + ("OTHER" in os.environ)
+        print(f" ({listed} plug-in)" if listed else "  (no matches)")
 if name == "killall" and os.environ.get("FINDER") == "starts it when restarted":
     start_extension()
 if name == "tail":
@@ -177,6 +177,10 @@ class MacOSRunTest(ScriptTestCase):
         self.assert_fails(result, "another copy of the extension is known here")
         self.assertIn("/Applications/Quorva.app", result.stderr)
         self.assertEqual(self.calls("codesign"), [])
+
+    def test_it_runs_again_when_the_extension_is_known(self):
+        self.assert_runs("--yes")
+        self.assert_runs("--yes")
 
     def test_settings_that_cannot_be_written_are_said(self):
         self.settings.parent.mkdir(parents=True)
