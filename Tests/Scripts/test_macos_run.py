@@ -43,6 +43,8 @@ if name == "codesign" and arguments[0] == "--display":
 if name == "pluginkit":
     if arguments[0] == "-a":
         state.write_text(arguments[1])
+    if arguments[0] == "-r" and pathlib.Path(arguments[1]).exists():
+        state.unlink(missing_ok=True)
     if arguments[:2] == ["-e", "use"] and os.environ.get("FINDER") == "starts it":
         start_extension()
     if arguments[0] == "-m":
@@ -211,11 +213,26 @@ class MacOSRunTest(ScriptTestCase):
         self.assertEqual(self.files_below(self.settings), ["FeatureSettings.plist"])
         self.assertEqual(self.files_below(self.samples), ["mine.txt"])
         self.assertFalse((self.home / SUPPORT).exists())
-        self.assertIn(f"Its container stays: {self.container}\n", output)
+        self.assertEqual(output, f"The extension's container stays: {self.container}\n")
+
+    def test_undoing_without_the_build_folder_takes_out_what_there_is(self):
+        self.assert_runs("--yes")
+        shutil.rmtree(self.project / "build")
+        result = self.run_it("--undo")
+        self.assertIn(["-r", str(self.extension)], self.calls("pluginkit"))
+        self.assertEqual(self.files_below(self.settings), [])
+        self.assertFalse(self.samples.exists())
+        self.assertFalse((self.home / SUPPORT).exists())
+        self.assertEqual(result.returncode, 0)
+        self.assertEqual(
+            result.stderr,
+            f"macos-run: left in the system's list, until the system or pluginkit -r drops it: "
+            f"{self.extension}\n")
 
     def test_undoing_what_was_never_done_does_nothing(self):
         self.assertEqual(self.assert_runs("--undo"), "")
-        self.assertEqual(self.calls("pluginkit"), [])
+        self.assertEqual([call for call in self.calls("pluginkit") if call[0] != "-m"], [])
+        self.assertEqual(os.listdir(self.home), [])
 
     def test_it_says_that_it_needs_a_mac(self):
         self.add_program("uname", "print('Linux')")
