@@ -60,6 +60,13 @@ if name == "killall" and os.environ.get("FINDER") == "starts it when restarted":
 if name == "tail":
     os.kill(os.getppid(), signal.SIGINT)
 """
+# The system lets nothing touch a guarded folder.
+GUARDED_PROGRAM = """
+if any(argument.startswith(os.environ["GUARDED"]) for argument in arguments):
+    sys.exit(f"{name}: {os.environ['GUARDED']}: Operation not permitted")
+os.environ["PATH"] = os.environ["PATH"].partition(":")[2]
+os.execvp(name, [name, *arguments])
+"""
 PROGRAMS = ("cmake", "codesign", "killall", "open", "pkill", "pluginkit", "plutil", "sw_vers",
             "tail", "uname")
 
@@ -228,6 +235,25 @@ class MacOSRunTest(ScriptTestCase):
             result.stderr,
             f"macos-run: left in the system's list, until the system or pluginkit -r drops it: "
             f"{self.extension}\n")
+
+    def test_undoing_goes_on_past_what_the_system_guards_and_names_it(self):
+        performed = self.home / SUPPORT / "Performed.jsonl"
+        for guarded, programs in ((self.settings, ("cmp", "find", "ls", "rm")),
+                                  (self.samples, ("find", "rm")),
+                                  (performed, ("rm",))):
+            with self.subTest(guarded):
+                self.assert_runs("--yes")
+                for name in programs:
+                    self.add_program(name, GUARDED_PROGRAM)
+                result = self.run_it("--undo", GUARDED=str(guarded))
+                for name in programs:
+                    (self.programs / name).unlink()
+                self.assertEqual(
+                    (result.returncode, result.stderr),
+                    (0, f"macos-run: left for you to remove in Finder: {guarded}\n"))
+                for path in (self.settings, self.samples, performed.parent):
+                    self.assertEqual(
+                        bool(self.files_below(path)), path in (guarded, guarded.parent), path)
 
     def test_undoing_what_was_never_done_does_nothing(self):
         self.assertEqual(self.assert_runs("--undo"), "")
