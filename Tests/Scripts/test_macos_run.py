@@ -13,13 +13,15 @@ SUPPORT = "Library/Application Support/Quorva"
 # These change the Mac as far as the script looks: the build lays out bundles, and the
 # system lists what was added and enabled, and makes the container when it starts the extension.
 PROGRAM = """
-import signal
+import re, signal
 home = pathlib.Path(os.environ["HOME"])
 state = home / "state"
 container = home / "Library/Containers" / os.environ["IDENTIFIER"] / "Data"
+process = home / "process"
 
 def start_extension():
     container.mkdir(parents=True, exist_ok=True)
+    process.write_text(state.read_text() + "/Contents/MacOS/QuorvaFinderExtension -argument")
 
 if name == "uname":
     print("Darwin")
@@ -57,6 +59,10 @@ if name == "pluginkit":
         print(f" ({listed} plug-in)" if listed else "  (no matches)")
 if name == "killall" and os.environ.get("FINDER") == "starts it when restarted":
     start_extension()
+if name in ("pgrep", "pkill"):
+    if not process.exists() or not re.search(arguments[1], process.read_text()):
+        sys.exit(1)
+    process.unlink() if name == "pkill" else print(4711)
 if name == "tail":
     os.kill(os.getppid(), signal.SIGINT)
 """
@@ -67,8 +73,8 @@ if any(argument.startswith(os.environ["GUARDED"]) for argument in arguments):
 os.environ["PATH"] = os.environ["PATH"].partition(":")[2]
 os.execvp(name, [name, *arguments])
 """
-PROGRAMS = ("cmake", "codesign", "killall", "open", "pkill", "pluginkit", "plutil", "sw_vers",
-            "tail", "uname")
+PROGRAMS = ("cmake", "codesign", "killall", "open", "pgrep", "pkill", "pluginkit", "plutil",
+            "sw_vers", "tail", "uname")
 
 
 class MacOSRunTest(ScriptTestCase):
@@ -175,6 +181,11 @@ class MacOSRunTest(ScriptTestCase):
             "Finder does not start the extension: see Documentation/FirstDayOnAMac.md\n")
         self.assertFalse(self.container.exists())
 
+    def test_a_former_build_that_ran_is_not_taken_for_this_one(self):
+        self.assert_runs("--yes")
+        self.assert_fails(self.run_it("--yes", finder="does not"),
+                          "Finder does not start the extension")
+
     def test_an_extension_that_is_not_enabled_is_said(self):
         self.assert_fails(
             self.run_it("--yes", SIGN="-"),
@@ -217,6 +228,7 @@ class MacOSRunTest(ScriptTestCase):
         self.assertIn(["-r", str(self.extension)], self.calls("pluginkit"))
         pattern = self.calls("pkill")[-1][-1]
         self.assertRegex(f"{self.app}/Contents/MacOS/Quorva", pattern)
+        self.assertFalse((self.home / "process").exists())
         self.assertEqual(self.files_below(self.settings), ["FeatureSettings.plist"])
         self.assertEqual(self.files_below(self.samples), ["mine.txt"])
         self.assertFalse((self.home / SUPPORT).exists())
