@@ -124,6 +124,11 @@ class MacOSRunTest(ScriptTestCase):
                 self.assertEqual(os.listdir(self.home), [])
                 self.assertEqual(self.calls("cmake") + self.calls("pluginkit"), [])
 
+    def test_it_says_what_building_and_running_need(self):
+        help_text = " ".join(self.assert_runs("--help").split())
+        self.assertIn("Building needs macOS 14.5 or later", help_text)
+        self.assertIn("the extension runs on macOS 12 and later", help_text)
+
     def test_it_asks_once_and_goes_on_with_consent(self):
         for answer in ("y\n", "Yes\n"):
             with self.subTest(answer):
@@ -211,9 +216,7 @@ class MacOSRunTest(ScriptTestCase):
 
     def test_the_place_of_the_switch_is_that_of_the_system(self):
         for version, place in (
-                ("12.7", "System Preferences, Extensions"),
-                ("13.6", "System Settings, Privacy & Security, Extensions"),
-                ("14.0", "System Settings, Privacy & Security, Extensions"),
+                ("14.5", "System Settings, Privacy & Security, Extensions"),
                 ("15.1.1", f"pluginkit -e ignore -i {IDENTIFIER}"),
                 ("15.2", "System Settings, General, Login Items & Extensions"),
                 ("26.0", "System Settings, General, Login Items & Extensions")):
