@@ -16,7 +16,7 @@ from menu_model import (
     SHORTCUT_PREFIX, UNUSABLE, ClickModel, MenuBuilder, Request, actionable_items, identity)
 from quorva_process import BINARY, SETTINGS_FILES, XML, EndToEndTestCase
 
-CASES = int(os.environ.get("QUORVA_FUZZ_CASES", "1500"))
+CASES = int(os.environ.get("QUORVA_FUZZ_CASES", "1000"))
 FIRST_SEED = int(os.environ.get("QUORVA_FUZZ_SEED", "1"))
 
 FEATURE_IDS = list(TITLES)
