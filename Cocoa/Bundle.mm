@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <map>
-#include <mutex>
 #include <string>
 
 #import "Cocoa/ObjectHolder.h"
@@ -14,13 +13,12 @@
 namespace {
 
 /// `key` as a string of the platform. Kept for as long as the process lives, because making one
-/// takes longer than the lookup, and keys are few: they are constants of the program.
+/// takes longer than the lookup, and keys are few: they are constants of the program. Only the
+/// thread of the menus looks them up.
 NSString* keyString(std::string_view key) {
     using Keys = std::map<std::string, quorva::ObjectHolder<NSString>, std::less<>>;
-    static std::mutex mutex;
     // Never destroyed: a request may come while the process ends.
     static Keys& keys = *new Keys();
-    const std::scoped_lock lock(mutex);
     auto found = keys.find(key);
     if (found == keys.end()) {
         found = keys.emplace(key, quorva::ObjectHolder(quorva::foundationString(key))).first;

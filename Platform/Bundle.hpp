@@ -12,7 +12,7 @@ namespace quorva::platform {
 [[nodiscard]] FileURL mainBundleURL();
 
 /// The string for `key` in the main bundle's default string table, in the user's language. `key`
-/// itself when there is no translation.
+/// itself when there is no translation. To be called on the main thread.
 [[nodiscard]] std::string localizedString(std::string_view key);
 
 }  // namespace quorva::platform
