@@ -10,7 +10,7 @@ import time
 import unittest
 
 from menu_model import Request
-from quorva_process import RECORD_KEYS, EndToEndTestCase
+from quorva_process import RECORD_KEYS, EndToEndTestCase, Extension
 
 KILLS = int(os.environ.get("QUORVA_KILLS", "100"))
 
@@ -29,15 +29,16 @@ class SuddenDeathTest(EndToEndTestCase):
     def test_a_kill_at_any_moment_of_a_click_leaves_no_record_or_a_whole_one(self):
         generator = random.Random(20240229)
         started = [self.start() for _ in range(STARTED_AHEAD)]
+        self.addCleanup(lambda: [extension.kill() for extension in started])
         outcomes = {0: 0, 1: 0}
         longest = 0.01
         for _ in range(KILLS):
             started.append(self.start())
-            extension = started.pop(0)
+            extension = started[0]
             self.assertEqual(extension.read_response()["name"], "Quorva")
             extension.send_line(CLICK)
             time.sleep(generator.uniform(0, longest))
-            extension.kill()
+            started.pop(0).kill()
             records = self.check_records()
             self.assertLessEqual(self.queued_in_log(), records, "logged as queued, but not there")
             outcomes[records] += 1
@@ -48,7 +49,8 @@ class SuddenDeathTest(EndToEndTestCase):
 
     def start(self):
         """A process that responds to a first request as soon as it is ready."""
-        extension = self.start_mortal_extension()
+        # Not held until the end of the test, as each has descriptors of its own.
+        extension = Extension(self.home)
         extension.send_line(b'{"id":0,"request":"toolbar"}')
         return extension
 

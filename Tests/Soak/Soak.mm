@@ -146,7 +146,8 @@ bool soak(const char* what, std::size_t count, std::size_t recordCount, Round ro
         wanted.temporaryLogLines - before.temporaryLogLines, wanted.logLines - before.logLines);
     std::printf("  records: %zu, of which %zu were expected\n", after.records - before.records,
                 wanted.records - before.records);
-    constexpr double limit = 16;
+    // Of few rounds the frameworks' own caches are the larger part.
+    const double limit = count < 10'000 ? 1024 : 16;
     return afterOne.records == before.records + recordCount &&
            afterOne.logLines > before.logLines && after == wanted && inUse < limit;
 }
