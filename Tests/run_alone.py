@@ -28,6 +28,7 @@ NEW_ROOT = "/sys"
 
 LIBC = ctypes.CDLL(None, use_errno=True)
 MS_BIND, MS_REC = 0x1000, 0x4000
+MNT_DETACH = 2
 PR_CAPBSET_DROP, PR_CAP_AMBIENT, PR_CAP_AMBIENT_CLEAR_ALL = 24, 47, 4
 CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH = 1, 2
 
@@ -65,7 +66,11 @@ def enter_new_root():
         if not os.path.exists(NEW_ROOT + folder):
             os.makedirs(NEW_ROOT + folder)
             mount(folder, NEW_ROOT + folder, flags=MS_BIND | MS_REC)
-    os.chroot(NEW_ROOT)
+    # Not chroot, behind which an ordinary user may make no namespace, as finder-sim --sandbox does.
+    os.chdir(NEW_ROOT)
+    subprocess.run(["/sbin/pivot_root", ".", "."], check=True)
+    if LIBC.umount2(b".", MNT_DETACH) != 0:
+        raise OSError(ctypes.get_errno(), "umount: " + os.strerror(ctypes.get_errno()))
     os.chdir(working_folder)
     for name in ("TMPDIR", "TEMP", "TMP"):
         os.environ.pop(name, None)
