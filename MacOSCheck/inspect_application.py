@@ -8,13 +8,11 @@ than the declarations have, and of everything else nothing.
 
 import argparse
 import re
-import subprocess
 import sys
-import tempfile
 from pathlib import Path
 
 from inspect_bundle import (
-    ARCHITECTURES, dictionary_deviations, load_commands, read_property_list, run, thin_slice)
+    dictionary_deviations, executable_deviations, load_commands, read_property_list, run)
 
 CXX_LIBRARY = re.compile(
     # Names of namespace std, with their tables and thunks.
@@ -48,24 +46,12 @@ def symbol_deviations(program):
             yield f"undefined symbols: {match[1]} comes from nowhere"
 
 
-def executable_deviations(executable, minimum_system_version):
-    try:
-        architectures = run("llvm-lipo-19", "-archs", str(executable)).split()
-    except subprocess.CalledProcessError:
-        yield "executable: there is none, or it is not a Mach-O file"
-        return
-    for architecture in ARCHITECTURES:
-        if architecture not in architectures:
-            yield f"slices: {architecture} is missing"
-            continue
-        with tempfile.TemporaryDirectory() as folder:
-            path = thin_slice(executable, architecture, folder)
-            minima = [command["minos"] for command in load_commands(path)
-                      if command["cmd"] == "LC_BUILD_VERSION"]
-            if minima != [minimum_system_version]:
-                yield f"{architecture}: minimum version: {minima}, not {minimum_system_version}"
-            for line in symbol_deviations(path):
-                yield f"{architecture}: {line}"
+def slice_deviations(path, minimum_system_version):
+    minima = [command["minos"] for command in load_commands(path)
+              if command["cmd"] == "LC_BUILD_VERSION"]
+    if minima != [minimum_system_version]:
+        yield f"minimum version: {minima}, not {minimum_system_version}"
+    yield from symbol_deviations(path)
 
 
 def application_deviations(application, version, minimum_system_version):
@@ -76,7 +62,7 @@ def application_deviations(application, version, minimum_system_version):
         yield from dictionary_deviations(
             "Info.plist", information, expected_information(version, minimum_system_version))
     yield from executable_deviations(
-        application / "Contents" / "MacOS" / "Quorva", minimum_system_version)
+        application / "Contents" / "MacOS" / "Quorva", minimum_system_version, slice_deviations)
 
 
 def main():

@@ -240,7 +240,8 @@ def slice_deviations(slice_path, minimum_system_version):
     yield from class_deviations(slice_path)
 
 
-def executable_deviations(executable, minimum_system_version):
+def executable_deviations(executable, minimum_system_version, deviations=slice_deviations):
+    """A line for each slice missing or unknown, and those of `deviations` for each other."""
     try:
         architectures = run("llvm-lipo-19", "-archs", str(executable)).split()
     except subprocess.CalledProcessError:
@@ -254,7 +255,7 @@ def executable_deviations(executable, minimum_system_version):
     for architecture in sorted(set(architectures) & set(ARCHITECTURES)):
         with tempfile.TemporaryDirectory() as folder:
             path = thin_slice(executable, architecture, folder)
-            for line in slice_deviations(path, minimum_system_version):
+            for line in deviations(path, minimum_system_version):
                 yield f"{architecture}: {line}"
 
 
