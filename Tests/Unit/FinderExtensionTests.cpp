@@ -24,6 +24,14 @@ class FinderExtensionTest : public UnitTest {
         platform().putPropertyList(featureSettingsPath, std::move(root));
     }
 
+    static void putTwoPlacesOfOneName() {
+        putSettings({{"enabledFeatureIDs", strings({"quickOpen"})}});
+        platform().putPropertyList(
+            customDestinationsPath,
+            PropertyList::Dictionary{{"quickOpen", list({destination("1", "项目", "/1"),
+                                                         destination("2", "项目", "/2")})}});
+    }
+
     /// Forgets what happened so far.
     static void clearHistory() {
         platform().journal.clear();
@@ -414,11 +422,7 @@ TEST_F(FinderExtensionTest, ClickIsHandedToTheContainingApplication) {
 }
 
 TEST_F(FinderExtensionTest, ClickActsOnTheTaggedEntryOfTheMenuBefore) {
-    putSettings({{"enabledFeatureIDs", strings({"quickOpen"})}});
-    platform().putPropertyList(
-        customDestinationsPath,
-        PropertyList::Dictionary{
-            {"quickOpen", list({destination("1", "项目", "/1"), destination("2", "项目", "/2")})}});
+    putTwoPlacesOfOneName();
     FinderExtension extension;
     MenuItem sender = extension.menu(MenuKind::contextualMenuForItems).items[0].submenu->items[1];
     EXPECT_EQ(sender.tag, 2);
@@ -429,11 +433,7 @@ TEST_F(FinderExtensionTest, ClickActsOnTheTaggedEntryOfTheMenuBefore) {
 }
 
 TEST_F(FinderExtensionTest, MenuThatFailsToBeTaggedLeavesTheMenuBeforeForClicks) {
-    putSettings({{"enabledFeatureIDs", strings({"quickOpen"})}});
-    platform().putPropertyList(
-        customDestinationsPath,
-        PropertyList::Dictionary{
-            {"quickOpen", list({destination("1", "项目", "/1"), destination("2", "项目", "/2")})}});
+    putTwoPlacesOfOneName();
     FinderExtension extension;
     MenuItem sender = extension.menu(MenuKind::contextualMenuForItems).items[0].submenu->items[1];
     // The custom actions are not shown, so only the tagging reads them.
