@@ -13,6 +13,8 @@ namespace quorva {
 
 namespace {
 
+using namespace std::string_view_literals;
+using Finding = SettingsFinding::Kind;
 using Destinations = std::vector<FinderCustomDestination>;
 using platform::SearchPathDirectory;
 
@@ -54,7 +56,7 @@ Destinations defaultQuickOpenDestinations(const Destinations& folders) {
     return destinations;
 }
 
-Destinations defaultApplicationDestinations() {
+Destinations defaultApplicationDestinations(const SettingsPath& path) {
     Destinations destinations = {
         {"preview", L10n::t("预览"), "/System/Applications/Preview.app"},
         {"textedit", L10n::t("文本编辑"), "/System/Applications/TextEdit.app"},
@@ -62,8 +64,12 @@ Destinations defaultApplicationDestinations() {
         {"numbers", "Numbers", "/Applications/Numbers.app"},
         {"keynote", "Keynote", "/Applications/Keynote.app"},
     };
-    std::erase_if(destinations, [](const FinderCustomDestination& destination) {
-        return !platform::fileExistsAtPath(destination.path);
+    std::erase_if(destinations, [&path](const FinderCustomDestination& destination) {
+        const bool isMissing = !platform::fileExistsAtPath(destination.path);
+        if (isMissing) {
+            path.report(Finding::missingApplication, destination.path);
+        }
+        return isMissing;
     });
     return destinations;
 }
@@ -75,33 +81,45 @@ bool isCatalogueApplication(const FinderCustomDestination& destination) {
            destination.path == "/Applications/Cursor.app";
 }
 
-/// `defaults`, then those of `custom` that share neither id nor path with a default.
-Destinations defaultsFirst(Destinations custom, Destinations defaults) {
-    std::erase_if(custom, [&defaults](const FinderCustomDestination& destination) {
-        return std::ranges::any_of(defaults, [&](const FinderCustomDestination& builtIn) {
-            return builtIn.id == destination.id || builtIn.path == destination.path;
-        });
-    });
-    std::ranges::move(custom, std::back_inserter(defaults));
-    return defaults;
-}
-
 /// Whether every value in `root`, of whatever kind, has the right shape.
-bool isUsable(const PropertyList& root) {
-    const PropertyList::Dictionary* const lists = root.dictionary();
-    return lists != nullptr && std::ranges::all_of(*lists, [](const auto& list) {
-               return stringDictionaries(list.second) != nullptr;
+bool isUsable(const SettingsPath& file, const PropertyList& root) {
+    const PropertyList::Dictionary* const lists = dictionaryAt(file, root);
+    return lists != nullptr && std::ranges::all_of(*lists, [&file](const auto& list) {
+               return stringDictionaries(file[list.first], list.second) != nullptr;
            });
 }
 
-std::optional<FinderCustomDestination> destination(const PropertyList::Dictionary& entry) {
-    const std::string* const id = stringForKey(entry, "id");
-    const std::string* const name = stringForKey(entry, "name");
-    const std::string* const path = stringForKey(entry, "path");
+std::optional<FinderCustomDestination> destinationOfEntry(const SettingsPath& place,
+                                                          const PropertyList::Dictionary& entry) {
+    place.reportUnknownKeys(entry, std::array{"id"sv, "name"sv, "path"sv});
+    const std::string* const id = requiredStringForKey(place, entry, "id");
+    const std::string* const name = requiredStringForKey(place, entry, "name");
+    const std::string* const path = requiredStringForKey(place, entry, "path");
     if (id == nullptr || name == nullptr || path == nullptr) {
         return std::nullopt;
     }
     return FinderCustomDestination{*id, *name, *path};
+}
+
+/// The user's application, unless the catalogue or `defaults` have it.
+std::optional<FinderCustomDestination> applicationOfEntry(const SettingsPath& place,
+                                                          const PropertyList::Dictionary& entry,
+                                                          const Destinations& defaults) {
+    std::optional<FinderCustomDestination> application = destinationOfEntry(place, entry);
+    if (!application) {
+        return std::nullopt;
+    }
+    if (isCatalogueApplication(*application)) {
+        place.report(Finding::catalogueApplication, application->id);
+        return std::nullopt;
+    }
+    if (std::ranges::any_of(defaults, [&application](const FinderCustomDestination& builtIn) {
+            return builtIn.id == application->id || builtIn.path == application->path;
+        })) {
+        place.report(Finding::defaultApplication, application->id);
+        return std::nullopt;
+    }
+    return application;
 }
 
 }  // namespace
@@ -125,10 +143,15 @@ std::optional<FinderCustomDestinationKind> finderCustomDestinationKindWithRawVal
     return caseWithRawValue(allFinderCustomDestinationKinds, rawValue);
 }
 
-FinderCustomDestinationFile::FinderCustomDestinationFile()
-    : root_(propertyListInFile(settingsFileURL("CustomDestinations.plist"))) {
-    if (root_ && !isUsable(*root_)) {
+FinderCustomDestinationFile::FinderCustomDestinationFile(SettingsFindings* findings)
+    : file_("CustomDestinations.plist", findings), root_(propertyListInFile(file_)) {
+    if (root_ && !isUsable(file_, *root_)) {
         root_.reset();
+    }
+    if (root_) {
+        file_.reportUnknownKeys(
+            *root_->dictionary(),
+            std::array{"copy"sv, "move"sv, "quickOpen"sv, "openApplication"sv});
     }
 }
 
@@ -157,7 +180,7 @@ std::vector<FinderCustomDestination> FinderCustomDestinationFile::defaultDestina
         case FinderCustomDestinationKind::quickOpen:
             return defaultQuickOpenDestinations(standardFolders());
         case FinderCustomDestinationKind::openApplication:
-            return defaultApplicationDestinations();
+            return defaultApplicationDestinations(file_);
     }
     std::unreachable();
 }
@@ -172,12 +195,17 @@ std::vector<FinderCustomDestination> FinderCustomDestinationFile::destinations(
     if (entries == nullptr) {
         return defaultDestinations(kind);
     }
-    Destinations destinations = validEntries(*entries, destination);
+    const SettingsPath path = file_[rawValue(kind)];
     if (kind != FinderCustomDestinationKind::openApplication) {
-        return destinations;
+        return validEntries(path, *entries, destinationOfEntry);
     }
-    std::erase_if(destinations, isCatalogueApplication);
-    return defaultsFirst(std::move(destinations), defaultApplicationDestinations());
+    Destinations applications = defaultApplicationDestinations(file_);
+    const auto convert = [defaults = applications](const SettingsPath& place,
+                                                   const PropertyList::Dictionary& entry) {
+        return applicationOfEntry(place, entry, defaults);
+    };
+    std::ranges::move(validEntries(path, *entries, convert), std::back_inserter(applications));
+    return applications;
 }
 
 std::vector<FinderCustomDestination> FinderCustomDestinationSettings::destinations(

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Platform/PropertyList.hpp"
+#include "QuorvaFinderExtension/SettingsPath.hpp"
 
 namespace quorva {
 
@@ -48,8 +49,8 @@ struct FinderCustomDestination {
 /// the file as what it gives for another.
 class FinderCustomDestinationFile {
  public:
-    /// Reads the file.
-    FinderCustomDestinationFile();
+    /// Reads the file. `findings` may be null, and outlives the reading.
+    explicit FinderCustomDestinationFile(SettingsFindings* findings = nullptr);
 
     /// The destinations of `kind` in the order in which they are shown.
     ///
@@ -76,6 +77,7 @@ class FinderCustomDestinationFile {
     /// The standard folders that are copied and moved to, looked up when they are first wanted.
     [[nodiscard]] const std::vector<FinderCustomDestination>& standardFolders() const;
 
+    SettingsPath file_;
     /// Absent when there is no usable file.
     std::optional<PropertyList> root_;
     mutable std::optional<std::vector<FinderCustomDestination>> standardFolders_;

@@ -11,6 +11,8 @@ namespace quorva {
 
 namespace {
 
+using namespace std::string_view_literals;
+using Finding = SettingsFinding::Kind;
 using Kind = FinderCustomShortcutAction::Kind;
 
 std::string stringOrEmpty(const PropertyList::Dictionary& entry, std::string_view key) {
@@ -18,26 +20,41 @@ std::string stringOrEmpty(const PropertyList::Dictionary& entry, std::string_vie
     return string == nullptr ? std::string() : *string;
 }
 
-std::optional<FinderCustomShortcutAction> action(const PropertyList::Dictionary& entry) {
-    const std::string* const id = stringForKey(entry, "id");
-    const std::string* const name = stringForKey(entry, "name");
-    if (id == nullptr || name == nullptr) {
+Kind kindOfEntry(const SettingsPath& path, const PropertyList::Dictionary& entry) {
+    const std::string* const name = stringForKey(entry, "kind");
+    if (name == nullptr) {
+        return Kind::shortcut;
+    }
+    const std::optional<Kind> kind = finderCustomShortcutActionKindWithRawValue(*name);
+    if (!kind) {
+        path["kind"].report(Finding::unknownKind, *name);
+    }
+    return kind.value_or(Kind::shortcut);
+}
+
+std::optional<FinderCustomShortcutAction> action(const SettingsPath& path,
+                                                 const PropertyList::Dictionary& entry) {
+    path.reportUnknownKeys(
+        entry, std::array{"id"sv, "name"sv, "kind"sv, "shortcutName"sv, "scriptPath"sv});
+    const std::string* const id = requiredStringForKey(path, entry, "id");
+    const std::string* const name = requiredStringForKey(path, entry, "name");
+    const Kind kind = kindOfEntry(path, entry);
+    const std::string_view runTargetKey = kind == Kind::script ? "scriptPath" : "shortcutName";
+    const std::string* const runTarget = requiredStringForKey(path, entry, runTargetKey);
+    if (id == nullptr || name == nullptr || runTarget == nullptr) {
         return std::nullopt;
     }
-    FinderCustomShortcutAction action = {
+    if (runTarget->empty()) {
+        path[runTargetKey].report(Finding::emptyValue);
+        return std::nullopt;
+    }
+    return FinderCustomShortcutAction{
         .id = *id,
         .name = *name,
-        .kind = finderCustomShortcutActionKindWithRawValue(stringOrEmpty(entry, "kind"))
-                    .value_or(Kind::shortcut),
+        .kind = kind,
         .shortcutName = stringOrEmpty(entry, "shortcutName"),
         .scriptPath = stringOrEmpty(entry, "scriptPath"),
     };
-    const std::string& runTarget =
-        action.kind == Kind::script ? action.scriptPath : action.shortcutName;
-    if (runTarget.empty()) {
-        return std::nullopt;
-    }
-    return action;
 }
 
 }  // namespace
@@ -50,12 +67,13 @@ std::optional<Kind> finderCustomShortcutActionKindWithRawValue(std::string_view 
     return caseWithRawValue(std::array{Kind::shortcut, Kind::script}, rawValue);
 }
 
-std::vector<FinderCustomShortcutAction> FinderCustomShortcutActionSettings::actions() {
-    const std::optional<PropertyList> root =
-        propertyListInFile(settingsFileURL("CustomShortcutActions.plist"));
-    const PropertyList::Array* const entries = root ? stringDictionaries(*root) : nullptr;
+std::vector<FinderCustomShortcutAction> FinderCustomShortcutActionSettings::actions(
+    SettingsFindings* findings) {
+    const SettingsPath file("CustomShortcutActions.plist", findings);
+    const std::optional<PropertyList> root = propertyListInFile(file);
+    const PropertyList::Array* const entries = root ? stringDictionaries(file, *root) : nullptr;
     return entries == nullptr ? std::vector<FinderCustomShortcutAction>()
-                              : validEntries(*entries, action);
+                              : validEntries(file, *entries, action);
 }
 
 }  // namespace quorva

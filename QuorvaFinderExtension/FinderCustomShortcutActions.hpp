@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "QuorvaFinderExtension/SettingsFinding.hpp"
+
 namespace quorva {
 
 /// An action of the user's own: a system shortcut or a script, run on the selected items by the
@@ -49,7 +51,8 @@ class FinderCustomShortcutActionSettings {
     /// Never fails. Empty when there is no usable file (one value of the wrong type anywhere makes
     /// the whole file unusable). An entry without "id" or "name", or with nothing to run for its
     /// kind, is skipped; a kind that is missing or unknown is a shortcut.
-    [[nodiscard]] static std::vector<FinderCustomShortcutAction> actions();
+    [[nodiscard]] static std::vector<FinderCustomShortcutAction> actions(
+        SettingsFindings* findings = nullptr);
 };
 
 }  // namespace quorva

@@ -14,6 +14,8 @@ namespace quorva {
 
 namespace {
 
+using namespace std::string_view_literals;
+using Finding = SettingsFinding::Kind;
 using IDs = std::vector<std::string>;
 using IDSet = std::set<std::string, std::less<>>;
 using IDsByFeatureID = std::map<std::string, IDs, std::less<>>;
@@ -51,30 +53,31 @@ IDSet defaultEnabledChildIDs() {
 }
 
 template <typename Range>
-bool contains(const Range& range, std::string_view id) {
-    return std::ranges::find(range, id) != std::ranges::end(range);
+bool contains(const Range& range, const auto& value) {
+    return std::ranges::find(range, value) != std::ranges::end(range);
 }
 
-/// The value under `key` as `convert` understands it; a value that it does not is as good as none.
+/// The value under `key` of the file as `convert` understands it; one that it does not counts as
+/// absent.
 template <typename Convert>
-auto value(const PropertyList::Dictionary& dictionary, std::string_view key, Convert convert)
-    -> decltype(convert(std::declval<const PropertyList&>())) {
-    const auto found = dictionary.find(key);
-    if (found == dictionary.end()) {
+auto value(const SettingsPath& file, const PropertyList::Dictionary& root, std::string_view key,
+           Convert convert) -> std::invoke_result_t<Convert, SettingsPath, const PropertyList&> {
+    const auto found = root.find(key);
+    if (found == root.end()) {
         return {};
     }
-    return convert(found->second);
+    return convert(file[key], found->second);
 }
 
-std::optional<IDs> ids(const PropertyList& value) {
-    const PropertyList::Array* const array = value.array();
+std::optional<IDs> ids(const SettingsPath& path, const PropertyList& value) {
+    const PropertyList::Array* const array = arrayAt(path, value);
     if (array == nullptr) {
         return std::nullopt;
     }
     IDs ids;
     ids.reserve(array->size());
     for (const PropertyList& element : *array) {
-        const std::string* const id = element.string();
+        const std::string* const id = stringAt(path[ids.size()], element);
         if (id == nullptr) {
             return std::nullopt;
         }
@@ -83,14 +86,14 @@ std::optional<IDs> ids(const PropertyList& value) {
     return ids;
 }
 
-std::optional<IDsByFeatureID> idsByFeatureID(const PropertyList& value) {
-    const PropertyList::Dictionary* const dictionary = value.dictionary();
+std::optional<IDsByFeatureID> idsByFeatureID(const SettingsPath& path, const PropertyList& value) {
+    const PropertyList::Dictionary* const dictionary = dictionaryAt(path, value);
     if (dictionary == nullptr) {
         return std::nullopt;
     }
     IDsByFeatureID result;
     for (const auto& [featureID, element] : *dictionary) {
-        std::optional<IDs> featureChildIDs = ids(element);
+        std::optional<IDs> featureChildIDs = ids(path[featureID], element);
         if (!featureChildIDs) {
             return std::nullopt;
         }
@@ -99,14 +102,21 @@ std::optional<IDsByFeatureID> idsByFeatureID(const PropertyList& value) {
     return result;
 }
 
-std::optional<bool> boolean(const PropertyList& value) {
-    const bool* const boolean = value.boolean();
+std::optional<bool> boolean(const SettingsPath& path, const PropertyList& value) {
+    const bool* const boolean = booleanAt(path, value);
     return boolean == nullptr ? std::nullopt : std::optional(*boolean);
 }
 
-std::optional<FinderMenuLayout> layout(const PropertyList& value) {
-    const std::string* const name = value.string();
-    return name == nullptr ? std::nullopt : finderMenuLayoutWithRawValue(*name);
+std::optional<FinderMenuLayout> layout(const SettingsPath& path, const PropertyList& value) {
+    const std::string* const name = stringAt(path, value);
+    if (name == nullptr) {
+        return std::nullopt;
+    }
+    const std::optional<FinderMenuLayout> layout = finderMenuLayoutWithRawValue(*name);
+    if (!layout) {
+        path.report(Finding::unknownLayout, *name);
+    }
+    return layout;
 }
 
 std::vector<FinderFeature> defaultFeatures() {
@@ -130,23 +140,31 @@ IDSet newFeatureIDs(const IDs& savedOrder) {
     return result;
 }
 
-std::vector<FinderFeature> normalizedFeatureOrder(const IDs& saved) {
+std::vector<FinderFeature> normalizedFeatureOrder(const SettingsPath& path, const IDs& saved) {
     std::vector<FinderFeature> order;
-    const auto appendOnce = [&order](FinderFeature feature) {
-        if (std::ranges::find(order, feature) == order.end()) {
-            order.push_back(feature);
-        }
-    };
-    for (const std::string& id : saved) {
-        if (const std::optional<FinderFeature> feature = finderFeatureWithRawValue(id)) {
-            appendOnce(*feature);
+    const auto isNamed = [&order](FinderFeature feature) { return contains(order, feature); };
+    for (std::size_t index = 0; index < saved.size(); ++index) {
+        const std::optional<FinderFeature> feature = finderFeatureWithRawValue(saved[index]);
+        if (!feature) {
+            path[index].report(Finding::unknownFeature, saved[index]);
+        } else if (isNamed(*feature)) {
+            path[index].report(Finding::repeatedFeature, saved[index]);
+        } else {
+            order.push_back(*feature);
         }
     }
-    std::ranges::for_each(defaultOrderedFeatures, appendOnce);
+    for (const FinderFeature feature : defaultOrderedFeatures) {
+        if (!isNamed(feature)) {
+            order.push_back(feature);
+            if (!saved.empty()) {
+                path.report(Finding::appendedFeature, rawValue(feature));
+            }
+        }
+    }
     return order;
 }
 
-IDs normalizedChildOrder(const IDs* saved, FinderFeature feature) {
+IDs normalizedChildOrder(const SettingsPath& path, const IDs* saved, FinderFeature feature) {
     const std::vector<std::string_view> catalogue = childIDs(feature);
     IDs defaults(catalogue.begin(), catalogue.end());
     if (saved == nullptr) {
@@ -155,24 +173,44 @@ IDs normalizedChildOrder(const IDs* saved, FinderFeature feature) {
     if (feature == FinderFeature::scheduledDeletion &&
         (!contains(*saved, "scheduleDelete1Hour") ||
          std::ranges::equal(*saved, legacyScheduledDeletionOrder))) {
+        path.report(Finding::replacedCommandOrder);
         return defaults;
     }
     IDs order;
-    const auto isOfFeature = [&defaults](const std::string& id) { return contains(defaults, id); };
-    std::ranges::copy_if(*saved, std::back_inserter(order), isOfFeature);
-    const IDSet kept(order.begin(), order.end());
-    const auto isMissing = [&kept](const std::string& id) { return !kept.contains(id); };
-    std::ranges::copy_if(defaults, std::back_inserter(order), isMissing);
+    IDSet kept;
+    for (std::size_t index = 0; index < saved->size(); ++index) {
+        const std::string& id = (*saved)[index];
+        if (!contains(defaults, id)) {
+            path[index].report(Finding::unknownCommand, id);
+            continue;
+        }
+        order.push_back(id);
+        if (!kept.insert(id).second) {
+            path[index].report(Finding::repeatedCommand, id);
+        }
+    }
+    for (const std::string& id : defaults) {
+        if (!kept.contains(id)) {
+            order.push_back(id);
+            path.report(Finding::appendedCommand, id);
+        }
+    }
     return order;
 }
 
-IDsByFeatureID normalizedChildOrderByFeatureID(const IDsByFeatureID& saved) {
+IDsByFeatureID normalizedChildOrderByFeatureID(const SettingsPath& path,
+                                               const IDsByFeatureID& saved) {
     IDsByFeatureID result;
     for (const FinderFeature feature : allFinderFeatures) {
-        const auto found = saved.find(rawValue(feature));
-        result.emplace(
-            rawValue(feature),
-            normalizedChildOrder(found == saved.end() ? nullptr : &found->second, feature));
+        const std::string_view id = rawValue(feature);
+        const auto found = saved.find(id);
+        result.emplace(id, normalizedChildOrder(
+                               path[id], found == saved.end() ? nullptr : &found->second, feature));
+    }
+    for (const auto& [id, order] : saved) {
+        if (!result.contains(id)) {
+            path[id].report(Finding::unknownFeature, id);
+        }
     }
     return result;
 }
@@ -189,9 +227,28 @@ IDSet validChildIDs(const IDSet& ids) {
     return result;
 }
 
+/// Reports the commands of `saved` that there are not, and those of `added` that it lacks.
+void reportEnabledChildIDs(const SettingsPath& path, const IDs& saved, const IDSet& added) {
+    const IDSet savedIDs(saved.begin(), saved.end());
+    IDSet known = validChildIDs(savedIDs);
+    // The entries of the destination submenus have these, and no settings switch them off.
+    known.emplace(copyFilesToFolderActionID);
+    known.emplace(moveFilesToFolderActionID);
+    for (std::size_t index = 0; index < saved.size(); ++index) {
+        if (!known.contains(saved[index])) {
+            path[index].report(Finding::unknownCommand, saved[index]);
+        }
+    }
+    for (const std::string& id : validChildIDs(added)) {
+        if (!savedIDs.contains(id)) {
+            path.report(Finding::newCommand, id);
+        }
+    }
+}
+
 /// A command that is on by default and that the saved settings never listed was added in a later
 /// version and starts enabled; one that the user once listed and switched off stays off.
-IDSet enabledChildIDs(const std::optional<IDs>& savedEnabledIDs,
+IDSet enabledChildIDs(const SettingsPath& path, const std::optional<IDs>& savedEnabledIDs,
                       const IDsByFeatureID& savedChildOrder) {
     IDSet enabled = defaultEnabledChildIDs();
     if (!savedEnabledIDs) {
@@ -200,32 +257,58 @@ IDSet enabledChildIDs(const std::optional<IDs>& savedEnabledIDs,
     for (const auto& [featureID, order] : savedChildOrder) {
         std::ranges::for_each(order, [&enabled](const std::string& id) { enabled.erase(id); });
     }
+    if (path.isObserved()) {
+        reportEnabledChildIDs(path, *savedEnabledIDs, enabled);
+    }
     enabled.insert(savedEnabledIDs->begin(), savedEnabledIDs->end());
     return validChildIDs(enabled);
 }
 
 /// A visible feature never ends up with no enabled command: one that has none gets them all.
-IDSet enabledChildIDsWithVisibleEnabledFeatures(IDSet enabled,
+IDSet enabledChildIDsWithVisibleEnabledFeatures(const SettingsPath& path, IDSet enabled,
                                                 const std::vector<FinderFeature>& features,
                                                 const IDsByFeatureID& childOrderByFeatureID) {
     for (const FinderFeature feature : features) {
         const IDs& featureChildIDs = childOrderByFeatureID.find(rawValue(feature))->second;
         const auto isEnabled = [&enabled](const std::string& id) { return enabled.contains(id); };
-        if (std::ranges::none_of(featureChildIDs, isEnabled)) {
+        if (!featureChildIDs.empty() && std::ranges::none_of(featureChildIDs, isEnabled)) {
+            path.report(Finding::featureWithoutCommands, rawValue(feature));
             enabled.insert(featureChildIDs.begin(), featureChildIDs.end());
         }
     }
     return enabled;
 }
 
-std::vector<FinderFeature> visibleFeatures(const std::optional<IDs>& enabledFeatureIDs,
+/// Reports the features of `saved` that there are not, and those of `added` that it lacks.
+void reportEnabledFeatureIDs(const SettingsPath& path, const IDs& saved, const IDSet& added) {
+    for (std::size_t index = 0; index < saved.size(); ++index) {
+        if (!finderFeatureWithRawValue(saved[index])) {
+            path[index].report(Finding::unknownFeature, saved[index]);
+        }
+    }
+    for (const std::string& id : added) {
+        if (!contains(saved, id)) {
+            path.report(Finding::newFeature, id);
+        }
+    }
+}
+
+std::vector<FinderFeature> visibleFeatures(const SettingsPath& file,
+                                           const std::optional<IDs>& enabledFeatureIDs,
                                            const IDs& savedOrder) {
+    const SettingsPath order = file["featureOrder"];
     if (!enabledFeatureIDs) {
+        if (!savedOrder.empty()) {
+            order.report(Finding::ignoredFeatureOrder);
+        }
         return defaultFeatures();
     }
     IDSet enabled = newFeatureIDs(savedOrder);
+    if (file.isObserved()) {
+        reportEnabledFeatureIDs(file["enabledFeatureIDs"], *enabledFeatureIDs, enabled);
+    }
     enabled.insert(enabledFeatureIDs->begin(), enabledFeatureIDs->end());
-    std::vector<FinderFeature> features = normalizedFeatureOrder(savedOrder);
+    std::vector<FinderFeature> features = normalizedFeatureOrder(order, savedOrder);
     std::erase_if(features, [&enabled](FinderFeature feature) {
         return !enabled.contains(rawValue(feature));
     });
@@ -234,23 +317,31 @@ std::vector<FinderFeature> visibleFeatures(const std::optional<IDs>& enabledFeat
 
 /// The settings for what the file holds. The grouping differs on purpose: a file that does not say
 /// leaves the menu ungrouped, no file groups it.
-FinderMenuSettings settings(const PropertyList::Dictionary& file, bool groupsByDefault) {
-    const IDs savedOrder = value(file, "featureOrder", ids).value_or(IDs());
+FinderMenuSettings settings(const SettingsPath& file, const PropertyList::Dictionary& root,
+                            bool groupsByDefault) {
+    file.reportUnknownKeys(
+        root, std::array{"enabledFeatureIDs"sv, "featureOrder"sv, "childOrderByFeatureID"sv,
+                         "enabledChildIDs"sv, "groupsFeaturesUnderQuorva"sv, "menuLayout"sv});
+    const SettingsPath enabledChildIDsPath = file["enabledChildIDs"];
+    const IDs savedOrder = value(file, root, "featureOrder", ids).value_or(IDs());
     const IDsByFeatureID savedChildOrder =
-        value(file, "childOrderByFeatureID", idsByFeatureID).value_or(IDsByFeatureID());
+        value(file, root, "childOrderByFeatureID", idsByFeatureID).value_or(IDsByFeatureID());
     std::vector<FinderFeature> features =
-        visibleFeatures(value(file, "enabledFeatureIDs", ids), savedOrder);
-    IDsByFeatureID childOrder = normalizedChildOrderByFeatureID(savedChildOrder);
+        visibleFeatures(file, value(file, root, "enabledFeatureIDs", ids), savedOrder);
+    IDsByFeatureID childOrder =
+        normalizedChildOrderByFeatureID(file["childOrderByFeatureID"], savedChildOrder);
     IDSet enabled = enabledChildIDsWithVisibleEnabledFeatures(
-        enabledChildIDs(value(file, "enabledChildIDs", ids), savedChildOrder), features,
-        childOrder);
+        enabledChildIDsPath,
+        enabledChildIDs(enabledChildIDsPath, value(file, root, "enabledChildIDs", ids),
+                        savedChildOrder),
+        features, childOrder);
     return {
         .features = std::move(features),
         .enabledChildIDs = std::move(enabled),
         .childOrderByFeatureID = std::move(childOrder),
         .groupsFeaturesUnderQuorva =
-            value(file, "groupsFeaturesUnderQuorva", boolean).value_or(groupsByDefault),
-        .menuLayout = value(file, "menuLayout", layout).value_or(FinderMenuLayout::collapsed),
+            value(file, root, "groupsFeaturesUnderQuorva", boolean).value_or(groupsByDefault),
+        .menuLayout = value(file, root, "menuLayout", layout).value_or(FinderMenuLayout::collapsed),
     };
 }
 
@@ -287,13 +378,11 @@ std::vector<FinderFeatureChild> FinderMenuSettings::children(
     return shown;
 }
 
-FinderMenuSettings FinderFeatureSettings::menuSettings() {
-    const std::optional<PropertyList> root =
-        propertyListInFile(settingsFileURL("FeatureSettings.plist"));
-    if (!root || root->dictionary() == nullptr) {
-        return settings({}, true);
-    }
-    return settings(*root->dictionary(), false);
+FinderMenuSettings FinderFeatureSettings::menuSettings(SettingsFindings* findings) {
+    const SettingsPath file("FeatureSettings.plist", findings);
+    const std::optional<PropertyList> root = propertyListInFile(file);
+    const PropertyList::Dictionary* const values = root ? dictionaryAt(file, *root) : nullptr;
+    return values == nullptr ? settings(file, {}, true) : settings(file, *values, false);
 }
 
 }  // namespace quorva

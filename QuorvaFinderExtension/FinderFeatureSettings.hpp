@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "QuorvaFinderExtension/FinderFeature.hpp"
+#include "QuorvaFinderExtension/SettingsFinding.hpp"
 
 namespace quorva {
 
@@ -58,7 +59,7 @@ class FinderFeatureSettings {
     /// Reads the file afresh and repairs whatever it holds, possibly stale, partial, or written by
     /// an older version. Never fails: without a usable file the built-in defaults, and for a value
     /// of the wrong type the default of that one key.
-    [[nodiscard]] static FinderMenuSettings menuSettings();
+    [[nodiscard]] static FinderMenuSettings menuSettings(SettingsFindings* findings = nullptr);
 };
 
 }  // namespace quorva

@@ -1,6 +1,6 @@
 #include "QuorvaFinderExtension/FinderViewPresetSettings.hpp"
 
-#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -13,6 +13,8 @@
 namespace quorva {
 
 namespace {
+
+using namespace std::string_view_literals;
 
 std::vector<FinderViewPresetSetting> defaultPresets() {
     return {
@@ -54,25 +56,30 @@ std::string_view withoutCopyNumber(std::string_view name) {
     return kept;
 }
 
-std::optional<FinderViewPresetSetting> preset(const PropertyList::Dictionary& entry) {
-    const std::string* const id = stringForKey(entry, "id");
-    const std::string* const name = stringForKey(entry, "name");
-    const std::string* const viewMode = stringForKey(entry, "viewMode");
-    const std::string* const sortMode = stringForKey(entry, "sortMode");
+std::optional<FinderViewPresetSetting> preset(const SettingsPath& path,
+                                              const PropertyList::Dictionary& entry) {
+    path.reportUnknownKeys(entry, std::array{"id"sv, "name"sv, "viewMode"sv, "sortMode"sv});
+    const std::string* const id = requiredStringForKey(path, entry, "id");
+    const std::string* const name = requiredStringForKey(path, entry, "name");
+    const std::string* const viewMode = requiredStringForKey(path, entry, "viewMode");
+    const std::string* const sortMode = requiredStringForKey(path, entry, "sortMode");
     if (id == nullptr || name == nullptr || viewMode == nullptr || sortMode == nullptr) {
         return std::nullopt;
     }
-    return FinderViewPresetSetting{*id, std::string(withoutCopyNumber(*name)), *viewMode,
-                                   *sortMode};
+    const std::string_view shownName = withoutCopyNumber(*name);
+    if (shownName != *name) {
+        path["name"].report(SettingsFinding::Kind::numberedPreset, *name);
+    }
+    return FinderViewPresetSetting{*id, std::string(shownName), *viewMode, *sortMode};
 }
 
 }  // namespace
 
-std::vector<FinderViewPresetSetting> FinderViewPresetSettings::presets() {
-    const std::optional<PropertyList> root =
-        propertyListInFile(settingsFileURL("FinderViewPresets.plist"));
-    const PropertyList::Array* const entries = root ? stringDictionaries(*root) : nullptr;
-    return entries == nullptr ? defaultPresets() : validEntries(*entries, preset);
+std::vector<FinderViewPresetSetting> FinderViewPresetSettings::presets(SettingsFindings* findings) {
+    const SettingsPath file("FinderViewPresets.plist", findings);
+    const std::optional<PropertyList> root = propertyListInFile(file);
+    const PropertyList::Array* const entries = root ? stringDictionaries(file, *root) : nullptr;
+    return entries == nullptr ? defaultPresets() : validEntries(file, *entries, preset);
 }
 
 }  // namespace quorva

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "QuorvaFinderExtension/SettingsFinding.hpp"
+
 namespace quorva {
 
 /// A named combination of a Finder view style and a sort order, applied by the containing
@@ -31,7 +33,8 @@ class FinderViewPresetSettings {
     /// anywhere makes the whole file unusable); an entry that lacks a string is skipped, and a
     /// usable file with no valid entry gives no presets. A name of the form "style · order 2",
     /// which the containing application gives to a copy, loses its number.
-    [[nodiscard]] static std::vector<FinderViewPresetSetting> presets();
+    [[nodiscard]] static std::vector<FinderViewPresetSetting> presets(
+        SettingsFindings* findings = nullptr);
 };
 
 }  // namespace quorva

@@ -19,7 +19,8 @@ const Value& valueOrRead(std::optional<Value>& value, Read read) {
 }  // namespace
 
 const FinderMenuSettings& SettingsReading::menuSettings() const {
-    return valueOrRead(menuSettings_, FinderFeatureSettings::menuSettings);
+    return valueOrRead(menuSettings_,
+                       [this] { return FinderFeatureSettings::menuSettings(findings_); });
 }
 
 const std::vector<FinderFeatureChild>& SettingsReading::commands(FinderFeature feature) const {
@@ -28,7 +29,8 @@ const std::vector<FinderFeatureChild>& SettingsReading::commands(FinderFeature f
 }
 
 const FinderCustomDestinationFile& SettingsReading::destinationFile() const {
-    return valueOrRead(destinationFile_, [] { return FinderCustomDestinationFile(); });
+    return valueOrRead(destinationFile_, 
+                       [this] { return FinderCustomDestinationFile(findings_); });
 }
 
 const std::vector<FinderCustomDestination>& SettingsReading::destinations(
@@ -42,11 +44,13 @@ bool SettingsReading::hasDefaultDestinations(FinderCustomDestinationKind kind) c
 }
 
 const std::vector<FinderCustomShortcutAction>& SettingsReading::customActions() const {
-    return valueOrRead(customActions_, FinderCustomShortcutActionSettings::actions);
+    return valueOrRead(customActions_,
+                       [this] { return FinderCustomShortcutActionSettings::actions(findings_); });
 }
 
 const std::vector<FinderViewPresetSetting>& SettingsReading::viewPresets() const {
-    return valueOrRead(viewPresets_, FinderViewPresetSettings::presets);
+    return valueOrRead(viewPresets_,
+                       [this] { return FinderViewPresetSettings::presets(findings_); });
 }
 
 }  // namespace quorva

@@ -20,6 +20,9 @@ namespace quorva {
 class SettingsReading {
  public:
     SettingsReading() = default;
+    /// A reading that adds to `findings`, which outlives it, how the settings differ from what the
+    /// files say.
+    explicit SettingsReading(SettingsFindings& findings) : findings_(&findings) {}
     SettingsReading(const SettingsReading&) = delete;
     SettingsReading& operator=(const SettingsReading&) = delete;
 
@@ -36,6 +39,7 @@ class SettingsReading {
  private:
     const FinderCustomDestinationFile& destinationFile() const;
 
+    SettingsFindings* findings_ = nullptr;
     mutable std::optional<FinderMenuSettings> menuSettings_;
     mutable std::array<std::optional<std::vector<FinderFeatureChild>>, allFinderFeatures.size()>
         commands_;

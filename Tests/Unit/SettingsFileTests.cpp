@@ -14,7 +14,7 @@ using testing::IsEmpty;
 class SettingsFileTest : public UnitTest {
  protected:
     static std::optional<PropertyList> read() {
-        return propertyListInFile(FileURL::file(viewPresetsPath));
+        return propertyListInFile(SettingsPath("FinderViewPresets.plist", nullptr));
     }
 };
 
@@ -49,22 +49,21 @@ TEST_F(SettingsFileTest, SettingsLieBelowTheReportedHome) {
 }
 
 TEST_F(SettingsFileTest, FileThatIsMissingUnreadableOrNotAPropertyListGivesNothing) {
-    const FileURL url = FileURL::file("/Users/ada/A.plist");
-    EXPECT_FALSE(propertyListInFile(url).has_value());
+    EXPECT_EQ(read(), std::nullopt);
 
-    platform().putFile(url.path(), "garbage");
-    EXPECT_FALSE(propertyListInFile(url).has_value());
+    platform().putFile(viewPresetsPath, "garbage");
+    EXPECT_EQ(read(), std::nullopt);
 
-    platform().putPropertyList(url.path(), "text");
-    EXPECT_TRUE(propertyListInFile(url) == PropertyList("text"));
+    platform().putPropertyList(viewPresetsPath, "text");
+    EXPECT_EQ(read(), PropertyList("text"));
 
     platform().fail(fakePlatform::Operation::readFile);
-    EXPECT_FALSE(propertyListInFile(url).has_value());
+    EXPECT_EQ(read(), std::nullopt);
 }
 
 TEST_F(SettingsFileTest, ListOfStringDictionariesIsReadInOrder) {
     const PropertyList value = list({texts({{"id", "b"}}), texts({}), texts({{"id", "a"}})});
-    const PropertyList::Array* const dictionaries = stringDictionaries(value);
+    const PropertyList::Array* const dictionaries = stringDictionaries(SettingsPath("A.plist", nullptr), value);
     ASSERT_NE(dictionaries, nullptr);
     ASSERT_EQ(dictionaries->size(), 3U);
     EXPECT_EQ(*stringForKey(*dictionaries->at(0).dictionary(), "id"), "b");
@@ -88,10 +87,10 @@ TEST_F(SettingsFileTest, AnyOtherShapeIsNotAListOfStringDictionaries) {
         list({PropertyList::Dictionary{{"id", PropertyList::Dictionary{}}}}),
     };
     for (const PropertyList& value : values) {
-        EXPECT_EQ(stringDictionaries(value), nullptr);
+        EXPECT_EQ(stringDictionaries(SettingsPath("A.plist", nullptr), value), nullptr);
     }
     const PropertyList empty = PropertyList::Array{};
-    EXPECT_NE(stringDictionaries(empty), nullptr);
+    EXPECT_NE(stringDictionaries(SettingsPath("A.plist", nullptr), empty), nullptr);
 }
 
 // A value that the core has no type for.
