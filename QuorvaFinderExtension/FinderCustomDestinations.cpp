@@ -149,9 +149,8 @@ FinderCustomDestinationFile::FinderCustomDestinationFile(SettingsFindings* findi
         root_.reset();
     }
     if (root_) {
-        file_.reportUnknownKeys(
-            *root_->dictionary(),
-            std::array{"copy"sv, "move"sv, "quickOpen"sv, "openApplication"sv});
+        file_.reportUnknownKeys(*root_->dictionary(),
+                                std::array{"copy"sv, "move"sv, "quickOpen"sv, "openApplication"sv});
     }
 }
 

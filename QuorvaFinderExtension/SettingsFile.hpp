@@ -27,8 +27,9 @@ inline constexpr std::size_t settingsFileByteLimit = std::size_t{64} * 1024 * 10
 /// when what stands there is not a regular file, is too large, or can't be read or parsed.
 [[nodiscard]] std::optional<PropertyList> propertyListInFile(const SettingsPath& file);
 
-/// `value`, which is at `path`, as a list of dictionaries of strings, as the entries of the settings
-/// files are. Null when it has any other shape, even in one value. Lives as long as `value`.
+/// `value`, which is at `path`, as a list of dictionaries of strings, as the entries of the
+/// settings files are. Null when it has any other shape, even in one value. Lives as long as
+/// `value`.
 [[nodiscard]] const PropertyList::Array* stringDictionaries(const SettingsPath& path,
                                                             const PropertyList& value);
 
@@ -41,8 +42,8 @@ inline constexpr std::size_t settingsFileByteLimit = std::size_t{64} * 1024 * 10
                                                       const PropertyList::Dictionary& entry,
                                                       std::string_view key);
 
-/// What `convert` makes of each of `entries`, which are dictionaries in the array at `path`, without
-/// those that it returns nothing for.
+/// What `convert` makes of each of `entries`, which are dictionaries in the array at `path`,
+/// without those that it returns nothing for.
 template <typename Convert>
 auto validEntries(const SettingsPath& path, const PropertyList::Array& entries, Convert convert) {
     std::vector<typename std::invoke_result_t<Convert, const SettingsPath&,

@@ -14,7 +14,8 @@ struct SettingsFinding {
 
         /// There is no file.
         missingFile,
-        /// There is something, but it can't be read, or is not a file, or is too large. `value` says
+        /// There is something, but it can't be read, or is not a file, or is too large. `value`
+        /// says
         /// why.
         unreadableFile,
         /// The file is not a property list. `value` says why.

@@ -14,8 +14,8 @@ namespace quorva {
 /// file's name: it builds no path, reports nothing, and costs next to nothing.
 class SettingsPath {
  public:
-    /// The root of the file `fileName`, which is a literal. `findings` may be null, and outlives the
-    /// path.
+    /// The root of the file `fileName`, which is a literal. `findings` may be null, and outlives
+    /// the path.
     SettingsPath(std::string_view fileName, SettingsFindings* findings)
         : fileName_(fileName), findings_(findings) {}
 

@@ -29,8 +29,7 @@ const std::vector<FinderFeatureChild>& SettingsReading::commands(FinderFeature f
 }
 
 const FinderCustomDestinationFile& SettingsReading::destinationFile() const {
-    return valueOrRead(destinationFile_, 
-                       [this] { return FinderCustomDestinationFile(findings_); });
+    return valueOrRead(destinationFile_, [this] { return FinderCustomDestinationFile(findings_); });
 }
 
 const std::vector<FinderCustomDestination>& SettingsReading::destinations(

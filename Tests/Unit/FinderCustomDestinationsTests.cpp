@@ -15,14 +15,29 @@ using Destination = FinderCustomDestination;
 
 constexpr Kind allKinds[] = {Kind::copy, Kind::move, Kind::quickOpen, Kind::openApplication};
 
-class FinderCustomDestinationsTest : public UnitTest {
+class FinderCustomDestinationsTest : public SettingsTest {
  protected:
+    FinderCustomDestinationsTest() : SettingsTest("CustomDestinations.plist") {}
+
     static void putDestinations(const PropertyList& root) {
         platform().putPropertyList(customDestinationsPath, root);
     }
 
     static std::vector<Destination> destinations(Kind kind) {
-        return FinderCustomDestinationSettings::destinations(kind);
+        EXPECT_EQ(FinderCustomDestinationSettings::destinations(kind),
+                  FinderCustomDestinationFile().destinations(kind));
+        return reading([kind](SettingsFindings* findings) {
+            return FinderCustomDestinationFile(findings).destinations(kind);
+        });
+    }
+
+    /// What the last reading found, but for the default applications that are not installed.
+    static SettingsFindings findings() {
+        SettingsFindings findings = findings_;
+        std::erase_if(findings, [](const SettingsFinding& finding) {
+            return finding.kind == Finding::missingApplication;
+        });
+        return findings;
     }
 
     static void install(std::initializer_list<const char*> paths) {
@@ -31,12 +46,15 @@ class FinderCustomDestinationsTest : public UnitTest {
         }
     }
 
-    /// Whether every kind has its defaults, on a machine with Preview only.
-    static void expectDefaultsOfEveryKind() {
+    /// Whether every kind has its defaults, on a machine with Preview only, and the file
+    /// `expected`.
+    static void expectDefaultsOfEveryKind(const SettingsFindings& expected) {
         EXPECT_EQ(destinations(Kind::copy), fileDefaults);
+        EXPECT_EQ(findings(), expected);
         EXPECT_EQ(destinations(Kind::move), fileDefaults);
         EXPECT_EQ(destinations(Kind::quickOpen), quickOpenDefaults);
         EXPECT_EQ(destinations(Kind::openApplication), std::vector<Destination>{preview});
+        EXPECT_EQ(findings(), expected);
     }
 
     static inline const Destination desktop = {"桌面", "桌面", "/Users/ada/Desktop"};
@@ -80,12 +98,18 @@ TEST_F(FinderCustomDestinationsTest, CopyAndMoveDefaultToDesktopDownloadsAndDocu
 
 TEST_F(FinderCustomDestinationsTest, QuickOpenDefaultsToTheUsualPlaces) {
     EXPECT_EQ(destinations(Kind::quickOpen), quickOpenDefaults);
+    EXPECT_EQ(findings(),
+              found({{Finding::missingFile, "", noSuchFile(customDestinationsPath), ""}}));
 }
 
 TEST_F(FinderCustomDestinationsTest, ApplicationsDefaultToThoseThatAreInstalledInTheirOrder) {
     EXPECT_THAT(destinations(Kind::openApplication), IsEmpty());
     install({"/Applications/Keynote.app", "/System/Applications/TextEdit.app"});
     EXPECT_THAT(destinations(Kind::openApplication), ElementsAre(textEdit, keynote));
+    EXPECT_EQ(findings_, found({{Finding::missingFile, "", noSuchFile(customDestinationsPath), ""},
+                                {Finding::missingApplication, "", preview.path, ""},
+                                {Finding::missingApplication, "", pages.path, ""},
+                                {Finding::missingApplication, "", numbers.path, ""}}));
     install({"/Applications/Numbers.app", "/Applications/Pages.app",
              "/System/Applications/Preview.app"});
     EXPECT_THAT(destinations(Kind::openApplication),
@@ -160,6 +184,7 @@ TEST_F(FinderCustomDestinationsTest, UsersListReplacesTheDefaultsOfItsKindOnly) 
     EXPECT_EQ(destinations(Kind::move), fileDefaults);
     EXPECT_EQ(destinations(Kind::quickOpen), quickOpenDefaults);
     EXPECT_THAT(destinations(Kind::openApplication), IsEmpty());
+    EXPECT_THAT(findings(), IsEmpty());
 }
 
 TEST_F(FinderCustomDestinationsTest, EmptyListStaysEmptyButDefaultApplicationsStay) {
@@ -177,7 +202,7 @@ TEST_F(FinderCustomDestinationsTest, EmptyListStaysEmptyButDefaultApplicationsSt
 TEST_F(FinderCustomDestinationsTest, EmptyRootGivesTheDefaultsOfEveryKind) {
     install({"/System/Applications/Preview.app"});
     putDestinations(PropertyList::Dictionary{});
-    expectDefaultsOfEveryKind();
+    expectDefaultsOfEveryKind({});
 }
 
 TEST_F(FinderCustomDestinationsTest, EntryThatLacksAKeyIsSkippedAndItsNeighboursStay) {
@@ -187,6 +212,23 @@ TEST_F(FinderCustomDestinationsTest, EntryThatLacksAKeyIsSkippedAndItsNeighbours
                        texts({}), destination("b", "B", "/b")})}});
     EXPECT_THAT(destinations(Kind::move),
                 ElementsAre(Destination{"a", "A", "/a"}, Destination{"b", "B", "/b"}));
+    EXPECT_EQ(findings(), found({{Finding::missingKey, "move[1].path", "", ""},
+                                 {Finding::missingKey, "move[2].name", "", ""},
+                                 {Finding::missingKey, "move[3].id", "", ""},
+                                 {Finding::missingKey, "move[4].id", "", ""},
+                                 {Finding::missingKey, "move[4].name", "", ""},
+                                 {Finding::missingKey, "move[4].path", "", ""}}));
+    // What another kind holds is not read, so it is not told either.
+    EXPECT_EQ(destinations(Kind::copy), fileDefaults);
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+TEST_F(FinderCustomDestinationsTest, ApplicationThatLacksAKeyIsSkipped) {
+    putDestinations(PropertyList::Dictionary{
+        {"openApplication",
+         list({texts({{"id", "cursor"}, {"name", "C"}}), destination("x", "X", "/x.app")})}});
+    EXPECT_THAT(destinations(Kind::openApplication), ElementsAre(Destination{"x", "X", "/x.app"}));
+    EXPECT_EQ(findings(), found({{Finding::missingKey, "openApplication[0].path", "", ""}}));
 }
 
 TEST_F(FinderCustomDestinationsTest, ValuesAreTakenVerbatim) {
@@ -206,43 +248,62 @@ TEST_F(FinderCustomDestinationsTest, FurtherTextsAndKeysAreIgnored) {
         {"Copy", list({destination("b", "B", "/b")})},
         {"other", PropertyList::Array{}}});
     EXPECT_THAT(destinations(Kind::copy), ElementsAre(Destination{"a", "A", "/a"}));
+    EXPECT_EQ(findings(), found({{Finding::unknownKey, "Copy", "Copy", ""},
+                                 {Finding::unknownKey, "other", "other", ""},
+                                 {Finding::unknownKey, "copy[0].note", "note", ""}}));
 }
 
 TEST_F(FinderCustomDestinationsTest, OneValueOfTheWrongTypeAnywhereMakesTheFileUnusable) {
     install({"/System/Applications/Preview.app"});
     const PropertyList good = list({destination("a", "A", "/a")});
-    const PropertyList wrongLists[] = {
-        "text",
-        true,
-        std::int64_t{1},
-        1.5,
-        PropertyList::Date{0},
-        dataWithText("x"),
-        PropertyList::Dictionary{},
-        list({"text"}),
-        list({destination("a", "A", "/a"), PropertyList::Array{}}),
-        list({PropertyList::Dictionary{{"id", "a"}, {"name", "A"}, {"path", std::int64_t{1}}}}),
-        list(
-            {PropertyList::Dictionary{{"id", "a"}, {"name", "A"}, {"path", "/a"}, {"note", true}}}),
-        list({PropertyList::Dictionary{
-            {"id", "a"}, {"name", "A"}, {"path", "/a"}, {"note", PropertyList::Array{}}}}),
+    /// The wrong list, and in it the path of the first wrong value, its type and the wanted one.
+    const struct {
+        PropertyList list;
+        const char* path;
+        const char* type;
+        const char* wanted;
+    } rows[] = {
+        {"text", "", "string", "array"},
+        {true, "", "boolean", "array"},
+        {std::int64_t{1}, "", "integer", "array"},
+        {1.5, "", "real", "array"},
+        {PropertyList::Date{0}, "", "date", "array"},
+        {dataWithText("x"), "", "data", "array"},
+        {PropertyList::Unsupported(), "", "value of another type", "array"},
+        {PropertyList::Dictionary{}, "", "dictionary", "array"},
+        {list({"text"}), "[0]", "string", "dictionary"},
+        {list({destination("a", "A", "/a"), PropertyList::Array{}, "text"}), "[1]", "array",
+         "dictionary"},
+        {list({PropertyList::Dictionary{{"id", "a"}, {"name", "A"}, {"path", std::int64_t{1}}}}),
+         "[0].path", "integer", "string"},
+        {list({PropertyList::Dictionary{
+             {"id", "a"}, {"name", "A"}, {"path", "/a"}, {"note", true}}}),
+         "[0].note", "boolean", "string"},
+        {list({PropertyList::Dictionary{
+             {"id", "a"}, {"name", "A"}, {"path", "/a"}, {"note", PropertyList::Array{}}}}),
+         "[0].note", "array", "string"},
     };
-    for (const PropertyList& wrong : wrongLists) {
+    for (const auto& [wrong, path, type, wanted] : rows) {
         for (const char* const key : {"copy", "move", "quickOpen", "openApplication", "unknown"}) {
             PropertyList::Dictionary root = {
                 {"copy", good}, {"move", good}, {"quickOpen", good}, {"openApplication", good}};
             root.insert_or_assign(key, wrong);
             putDestinations(root);
-            expectDefaultsOfEveryKind();
+            expectDefaultsOfEveryKind(
+                found({{Finding::wrongType, std::string(key) + path, type, wanted}}));
         }
     }
 }
 
-TEST_F(FinderCustomDestinationsTest, RootThatIsNoDictionaryGivesTheDefaults) {
+TEST_F(FinderCustomDestinationsTest, RootThatIsNotADictionaryGivesTheDefaults) {
     install({"/System/Applications/Preview.app"});
-    for (const PropertyList& root : list({PropertyList::Array{}, "copy", true, std::int64_t{1}})) {
+    const std::pair<PropertyList, const char*> rows[] = {{PropertyList::Array{}, "array"},
+                                                         {"copy", "string"},
+                                                         {true, "boolean"},
+                                                         {std::int64_t{1}, "integer"}};
+    for (const auto& [root, type] : rows) {
         putDestinations(root);
-        expectDefaultsOfEveryKind();
+        expectDefaultsOfEveryKind(found({{Finding::wrongType, "", type, "dictionary"}}));
     }
 }
 
@@ -250,7 +311,7 @@ TEST_F(FinderCustomDestinationsTest, UnparsableFileGivesTheDefaults) {
     install({"/System/Applications/Preview.app"});
     for (const char* const bytes : {"", "garbage", "bplist00"}) {
         platform().putFile(customDestinationsPath, bytes);
-        expectDefaultsOfEveryKind();
+        expectDefaultsOfEveryKind(found({{Finding::malformedFile, "", notAPropertyList, ""}}));
     }
 }
 
@@ -258,13 +319,15 @@ TEST_F(FinderCustomDestinationsTest, UnreadableFileGivesTheDefaults) {
     install({"/System/Applications/Preview.app"});
     putDestinations(PropertyList::Dictionary{{"copy", PropertyList::Array{}}});
     std::get<fakePlatform::File>(platform().find(customDestinationsPath)->content).readable = false;
-    expectDefaultsOfEveryKind();
+    expectDefaultsOfEveryKind(
+        found({{Finding::unreadableFile, "", noPermission(customDestinationsPath), ""}}));
 }
 
 TEST_F(FinderCustomDestinationsTest, FolderInPlaceOfTheFileGivesTheDefaults) {
     install({"/System/Applications/Preview.app"});
     platform().putDirectory(customDestinationsPath);
-    expectDefaultsOfEveryKind();
+    expectDefaultsOfEveryKind(
+        found({{Finding::unreadableFile, "", noSuchFile(customDestinationsPath), ""}}));
 }
 
 TEST_F(FinderCustomDestinationsTest, FailuresOfReadingAndParsingGiveTheDefaults) {
@@ -273,8 +336,11 @@ TEST_F(FinderCustomDestinationsTest, FailuresOfReadingAndParsingGiveTheDefaults)
         fakePlatform::reset();
         install({"/System/Applications/Preview.app"});
         putDestinations(PropertyList::Dictionary{{"copy", PropertyList::Array{}}});
-        platform().fail(operation);
-        expectDefaultsOfEveryKind();
+        platform().fail(operation, "worn out");
+        expectDefaultsOfEveryKind(
+            found({{operation == fakePlatform::Operation::readFile ? Finding::unreadableFile
+                                                                   : Finding::malformedFile,
+                    "", "worn out", ""}}));
     }
 }
 
@@ -296,6 +362,11 @@ TEST_F(FinderCustomDestinationsTest, EditorsOfTheCatalogueAreNeverListed) {
                destination("d", "D", "/Applications/Cursor.app"),
                destination("e", "E", "/e.app")})}});
     EXPECT_THAT(destinations(Kind::openApplication), ElementsAre(Destination{"e", "E", "/e.app"}));
+    EXPECT_EQ(findings(),
+              found({{Finding::catalogueApplication, "openApplication[0]", "vscode", ""},
+                     {Finding::catalogueApplication, "openApplication[1]", "cursor", ""},
+                     {Finding::catalogueApplication, "openApplication[2]", "c", ""},
+                     {Finding::catalogueApplication, "openApplication[3]", "d", ""}}));
 }
 
 TEST_F(FinderCustomDestinationsTest, EditorsAreRecognisedToTheLetter) {
@@ -305,6 +376,7 @@ TEST_F(FinderCustomDestinationsTest, EditorsAreRecognisedToTheLetter) {
                destination("c", "C", "/applications/Cursor.app"),
                destination("d", "D", "/Applications/Cursor.app/")})}});
     EXPECT_EQ(destinations(Kind::openApplication).size(), 4U);
+    EXPECT_THAT(findings(), IsEmpty());
 }
 
 TEST_F(FinderCustomDestinationsTest, EditorsAreListedForTheOtherKinds) {
@@ -323,6 +395,9 @@ TEST_F(FinderCustomDestinationsTest, UsersApplicationThatIsADefaultByPathOrIDIsD
                                   destination("keep", "预览", "/keep.app")})}});
     EXPECT_THAT(destinations(Kind::openApplication),
                 ElementsAre(preview, pages, Destination{"keep", "预览", "/keep.app"}));
+    EXPECT_EQ(findings(),
+              found({{Finding::defaultApplication, "openApplication[0]", "mine", ""},
+                     {Finding::defaultApplication, "openApplication[1]", "pages", ""}}));
 }
 
 TEST_F(FinderCustomDestinationsTest, EntryWithTheIDOfADefaultThatIsNotInstalledIsKept) {

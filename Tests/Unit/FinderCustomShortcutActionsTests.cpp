@@ -12,13 +12,24 @@ using testing::IsEmpty;
 
 using Action = FinderCustomShortcutAction;
 
-class FinderCustomShortcutActionsTest : public UnitTest {
+class FinderCustomShortcutActionsTest : public SettingsTest {
  protected:
+    FinderCustomShortcutActionsTest() : SettingsTest("CustomShortcutActions.plist") {}
+
     static void putActions(const PropertyList& root) {
         platform().putPropertyList(customShortcutActionsPath, root);
     }
 
-    static std::vector<Action> actions() { return FinderCustomShortcutActionSettings::actions(); }
+    static std::vector<Action> actions() {
+        return reading(FinderCustomShortcutActionSettings::actions);
+    }
+
+    struct EntryRow {
+        const char* description;
+        PropertyList entry;
+        std::optional<Action> expected;
+        std::vector<FindingRow> findings;
+    };
 };
 
 TEST_F(FinderCustomShortcutActionsTest, ActionsAreComparedByEveryField) {
@@ -53,6 +64,8 @@ TEST_F(FinderCustomShortcutActionsTest, KindsAreMatchedByTheirRawValuesToTheLett
 
 TEST_F(FinderCustomShortcutActionsTest, NoFileGivesNoActions) {
     EXPECT_THAT(actions(), IsEmpty());
+    EXPECT_EQ(findings(),
+              found({{Finding::missingFile, "", noSuchFile(customShortcutActionsPath), ""}}));
 }
 
 TEST_F(FinderCustomShortcutActionsTest, ActionsAreReadInFileOrder) {
@@ -60,70 +73,97 @@ TEST_F(FinderCustomShortcutActionsTest, ActionsAreReadInFileOrder) {
     EXPECT_THAT(actions(),
                 ElementsAre(Action{"b", "整理", Action::Kind::script, "", "/s.sh"},
                             Action{"a", "压缩", Action::Kind::shortcut, "Compress", ""}));
+    EXPECT_THAT(findings(), IsEmpty());
 }
-
-struct EntryRow {
-    const char* description;
-    PropertyList entry;
-    std::optional<Action> expected;
-};
 
 TEST_F(FinderCustomShortcutActionsTest, EntryGivesAnActionOnlyWithIDNameAndSomethingToRun) {
     constexpr auto shortcutKind = Action::Kind::shortcut;
     constexpr auto scriptKind = Action::Kind::script;
     const EntryRow rows[] = {
-        {"no kind is a shortcut", texts({{"id", "i"}, {"name", "n"}, {"shortcutName", "s"}}),
-         Action{"i", "n", shortcutKind, "s", ""}},
+        {"no kind is a shortcut",
+         texts({{"id", "i"}, {"name", "n"}, {"shortcutName", "s"}}),
+         Action{"i", "n", shortcutKind, "s", ""},
+         {}},
         {"unknown kind is a shortcut",
          texts({{"id", "i"}, {"name", "n"}, {"kind", "automator"}, {"shortcutName", "s"}}),
-         Action{"i", "n", shortcutKind, "s", ""}},
+         Action{"i", "n", shortcutKind, "s", ""},
+         {{Finding::unknownKind, "[1].kind", "automator", ""}}},
         {"empty kind is a shortcut",
          texts({{"id", "i"}, {"name", "n"}, {"kind", ""}, {"shortcutName", "s"}}),
-         Action{"i", "n", shortcutKind, "s", ""}},
+         Action{"i", "n", shortcutKind, "s", ""},
+         {{Finding::unknownKind, "[1].kind", "", ""}}},
         {"kind is matched to the letter",
          texts({{"id", "i"},
                 {"name", "n"},
                 {"kind", "Script"},
                 {"shortcutName", "s"},
                 {"scriptPath", "/p"}}),
-         Action{"i", "n", shortcutKind, "s", "/p"}},
+         Action{"i", "n", shortcutKind, "s", "/p"},
+         {{Finding::unknownKind, "[1].kind", "Script", ""}}},
         {"capital Script without shortcut name is skipped",
          texts({{"id", "i"}, {"name", "n"}, {"kind", "Script"}, {"scriptPath", "/p"}}),
-         std::nullopt},
+         std::nullopt,
+         {{Finding::unknownKind, "[1].kind", "Script", ""},
+          {Finding::missingKey, "[1].shortcutName", "", ""}}},
         {"script keeps its stale shortcut name",
          texts({{"id", "i"},
                 {"name", "n"},
                 {"kind", "script"},
                 {"shortcutName", "s"},
                 {"scriptPath", "/p"}}),
-         Action{"i", "n", scriptKind, "s", "/p"}},
+         Action{"i", "n", scriptKind, "s", "/p"},
+         {}},
         {"script without path is skipped although it names a shortcut",
          texts({{"id", "i"}, {"name", "n"}, {"kind", "script"}, {"shortcutName", "s"}}),
-         std::nullopt},
+         std::nullopt,
+         {{Finding::missingKey, "[1].scriptPath", "", ""}}},
         {"script with empty path is skipped",
-         texts({{"id", "i"}, {"name", "n"}, {"kind", "script"}, {"scriptPath", ""}}), std::nullopt},
+         texts({{"id", "i"}, {"name", "n"}, {"kind", "script"}, {"scriptPath", ""}}),
+         std::nullopt,
+         {{Finding::emptyValue, "[1].scriptPath", "", ""}}},
         {"shortcut without name of a shortcut is skipped although it has a path",
          texts({{"id", "i"}, {"name", "n"}, {"kind", "shortcut"}, {"scriptPath", "/p"}}),
-         std::nullopt},
+         std::nullopt,
+         {{Finding::missingKey, "[1].shortcutName", "", ""}}},
         {"shortcut with empty shortcut name is skipped",
-         texts({{"id", "i"}, {"name", "n"}, {"shortcutName", ""}}), std::nullopt},
-        {"blanks are something to run", texts({{"id", "i"}, {"name", "n"}, {"shortcutName", " "}}),
-         Action{"i", "n", shortcutKind, " ", ""}},
-        {"missing id", texts({{"name", "n"}, {"shortcutName", "s"}}), std::nullopt},
-        {"missing name", texts({{"id", "i"}, {"kind", "script"}, {"scriptPath", "/p"}}),
-         std::nullopt},
-        {"empty id and name", texts({{"id", ""}, {"name", ""}, {"shortcutName", "s"}}),
-         Action{"", "", shortcutKind, "s", ""}},
+         texts({{"id", "i"}, {"name", "n"}, {"shortcutName", ""}}),
+         std::nullopt,
+         {{Finding::emptyValue, "[1].shortcutName", "", ""}}},
+        {"blanks are something to run",
+         texts({{"id", "i"}, {"name", "n"}, {"shortcutName", " "}}),
+         Action{"i", "n", shortcutKind, " ", ""},
+         {}},
+        {"missing id",
+         texts({{"name", "n"}, {"shortcutName", "s"}}),
+         std::nullopt,
+         {{Finding::missingKey, "[1].id", "", ""}}},
+        {"missing name",
+         texts({{"id", "i"}, {"kind", "script"}, {"scriptPath", "/p"}}),
+         std::nullopt,
+         {{Finding::missingKey, "[1].name", "", ""}}},
+        {"empty id and name",
+         texts({{"id", ""}, {"name", ""}, {"shortcutName", "s"}}),
+         Action{"", "", shortcutKind, "s", ""},
+         {}},
         {"nothing is trimmed",
          texts({{"id", " i\n"}, {"name", " n "}, {"kind", "script"}, {"scriptPath", " /p "}}),
-         Action{" i\n", " n ", scriptKind, "", " /p "}},
+         Action{" i\n", " n ", scriptKind, "", " /p "},
+         {}},
         {"kind is not trimmed",
          texts({{"id", "i"}, {"name", "n"}, {"kind", "script "}, {"scriptPath", "/p"}}),
-         std::nullopt},
+         std::nullopt,
+         {{Finding::unknownKind, "[1].kind", "script ", ""},
+          {Finding::missingKey, "[1].shortcutName", "", ""}}},
         {"further texts are ignored",
          texts({{"id", "i"}, {"name", "n"}, {"shortcutName", "s"}, {"icon", "x"}}),
-         Action{"i", "n", shortcutKind, "s", ""}},
-        {"nothing at all", texts({}), std::nullopt},
+         Action{"i", "n", shortcutKind, "s", ""},
+         {{Finding::unknownKey, "[1].icon", "icon", ""}}},
+        {"nothing at all",
+         texts({}),
+         std::nullopt,
+         {{Finding::missingKey, "[1].id", "", ""},
+          {Finding::missingKey, "[1].name", "", ""},
+          {Finding::missingKey, "[1].shortcutName", "", ""}}},
     };
     for (const EntryRow& row : rows) {
         putActions(list({script("first", "F", "/f"), row.entry, shortcut("last", "L", "l")}));
@@ -133,6 +173,7 @@ TEST_F(FinderCustomShortcutActionsTest, EntryGivesAnActionOnlyWithIDNameAndSomet
             expected.insert(expected.begin() + 1, *row.expected);
         }
         EXPECT_EQ(actions(), expected) << row.description;
+        EXPECT_EQ(findings(), found(row.findings)) << row.description;
     }
 }
 
@@ -142,23 +183,28 @@ TEST_F(FinderCustomShortcutActionsTest, ActionsWithTheSameIDAreBothKept) {
 }
 
 TEST_F(FinderCustomShortcutActionsTest, OneValueOfTheWrongTypeDiscardsEveryEntry) {
-    const PropertyList wrongEntries[] = {
-        "text",
-        PropertyList::Array{},
-        std::int64_t{1},
-        PropertyList::Dictionary{{"id", "i"}, {"name", "n"}, {"shortcutName", std::int64_t{1}}},
-        PropertyList::Dictionary{{"id", "i"}, {"name", "n"}, {"shortcutName", "s"}, {"x", true}},
-        PropertyList::Dictionary{{"x", PropertyList::Date{0}}},
+    const std::pair<PropertyList, FindingRow> rows[] = {
+        {"text", {Finding::wrongType, "[1]", "string", "dictionary"}},
+        {PropertyList::Array{}, {Finding::wrongType, "[1]", "array", "dictionary"}},
+        {std::int64_t{1}, {Finding::wrongType, "[1]", "integer", "dictionary"}},
+        {PropertyList::Dictionary{{"id", "i"}, {"name", "n"}, {"shortcutName", std::int64_t{1}}},
+         {Finding::wrongType, "[1].shortcutName", "integer", "string"}},
+        {PropertyList::Dictionary{{"id", "i"}, {"name", "n"}, {"shortcutName", "s"}, {"x", true}},
+         {Finding::wrongType, "[1].x", "boolean", "string"}},
+        {PropertyList::Dictionary{{"x", PropertyList::Date{0}}},
+         {Finding::wrongType, "[1].x", "date", "string"}},
     };
-    for (const PropertyList& wrong : wrongEntries) {
-        putActions(list({shortcut("a", "A", "s"), wrong}));
+    for (const auto& [wrong, finding] : rows) {
+        putActions(list({shortcut("a", "A", "s"), wrong, wrong}));
         EXPECT_THAT(actions(), IsEmpty());
+        EXPECT_EQ(findings(), found({finding}));
     }
 }
 
-TEST_F(FinderCustomShortcutActionsTest, RootThatIsNoListGivesNoActions) {
+TEST_F(FinderCustomShortcutActionsTest, RootThatIsNotAListGivesNoActions) {
     putActions(shortcut("a", "A", "s"));
     EXPECT_THAT(actions(), IsEmpty());
+    EXPECT_EQ(findings(), found({{Finding::wrongType, "", "dictionary", "array"}}));
     putActions("text");
     EXPECT_THAT(actions(), IsEmpty());
     putActions(PropertyList::Dictionary{{"actions", list({shortcut("a", "A", "s")})}});

@@ -22,8 +22,10 @@ using Features = std::vector<FinderFeature>;
 using IDs = std::set<std::string, std::less<>>;
 using Order = std::vector<std::string>;
 
-class FinderFeatureSettingsTest : public UnitTest {
+class FinderFeatureSettingsTest : public SettingsTest {
  protected:
+    FinderFeatureSettingsTest() : SettingsTest("FeatureSettings.plist") {}
+
     /// What the settings are when the file holds `root`.
     static FinderMenuSettings settings(PropertyList::Dictionary root) {
         return settingsWithRoot(std::move(root));
@@ -31,11 +33,12 @@ class FinderFeatureSettingsTest : public UnitTest {
 
     static FinderMenuSettings settingsWithRoot(const PropertyList& root) {
         platform().putPropertyList(featureSettingsPath, root);
-        return FinderFeatureSettings::menuSettings();
+        return settingsOfFile();
     }
 
-    static FinderMenuSettings settingsWithoutFile() {
-        return FinderFeatureSettings::menuSettings();
+    /// What the settings are with the file as it is.
+    static FinderMenuSettings settingsOfFile() {
+        return reading(FinderFeatureSettings::menuSettings);
     }
 
     /// The order of the commands of `feature` when the file holds `saved` for it.
@@ -139,6 +142,19 @@ class FinderFeatureSettingsTest : public UnitTest {
         return ids;
     }
 
+    /// A value that is not what its key wants: where in it, what stands there, and what is wanted.
+    struct WrongIDs {
+        PropertyList value;
+        const char* path;
+        const char* type;
+        const char* wanted;
+    };
+
+    [[nodiscard]] SettingsFindings replacedDeletionOrder() const {
+        return found(
+            {{Finding::replacedCommandOrder, "childOrderByFeatureID.scheduledDeletion", "", ""}});
+    }
+
     static PropertyList::Array everyFeatureID() {
         PropertyList::Array ids;
         for (const FinderFeature feature : allFinderFeatures) {
@@ -161,56 +177,69 @@ TEST(FinderMenuLayoutTest, RawValuesAreMatchedToTheLetter) {
 // No usable file.
 
 TEST_F(FinderFeatureSettingsTest, WithoutFileTheDefaultsAreGroupedAndCollapsed) {
-    const FinderMenuSettings value = settingsWithoutFile();
+    const FinderMenuSettings value = settingsOfFile();
     EXPECT_EQ(value.features, defaultFeatures);
     EXPECT_EQ(value.enabledChildIDs, defaultEnabledIDs);
     EXPECT_EQ(value.enabledChildIDs.size(), 58U);
     EXPECT_EQ(value.childOrderByFeatureID, catalogueOrders());
     EXPECT_TRUE(value.groupsFeaturesUnderQuorva);
     EXPECT_EQ(value.menuLayout, FinderMenuLayout::collapsed);
+    EXPECT_EQ(findings(), found({{Finding::missingFile, "", noSuchFile(featureSettingsPath), ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, FileThatCannotBeUsedCountsAsNone) {
-    const FinderMenuSettings expected = settingsWithoutFile();
+    const FinderMenuSettings expected = settingsOfFile();
     for (const char* const bytes : {"", "garbage", "bplist00"}) {
         platform().putFile(featureSettingsPath, bytes);
-        EXPECT_EQ(settingsWithoutFile(), expected);
+        EXPECT_EQ(settingsOfFile(), expected);
+        EXPECT_EQ(findings(), found({{Finding::malformedFile, "", notAPropertyList, ""}}));
     }
-    for (const PropertyList& root :
-         list({"text", true, std::int64_t{1}, PropertyList::Array{},
-               list({PropertyList::Dictionary{{"menuLayout", "expanded"}}})})) {
+    const std::pair<PropertyList, const char*> roots[] = {
+        {"text", "string"},
+        {true, "boolean"},
+        {std::int64_t{1}, "integer"},
+        {PropertyList::Array{}, "array"},
+        {list({PropertyList::Dictionary{{"menuLayout", "expanded"}}}), "array"}};
+    for (const auto& [root, type] : roots) {
         EXPECT_EQ(settingsWithRoot(root), expected);
+        EXPECT_EQ(findings(), found({{Finding::wrongType, "", type, "dictionary"}}));
     }
     platform().entries.erase(featureSettingsPath);
     platform().putDirectory(featureSettingsPath);
-    EXPECT_EQ(settingsWithoutFile(), expected);
+    EXPECT_EQ(settingsOfFile(), expected);
+    EXPECT_EQ(findings(),
+              found({{Finding::unreadableFile, "", noSuchFile(featureSettingsPath), ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, FailuresOfReadingAndParsingCountAsNoFile) {
-    const FinderMenuSettings expected = settingsWithoutFile();
+    const FinderMenuSettings expected = settingsOfFile();
     for (const auto operation :
          {fakePlatform::Operation::readFile, fakePlatform::Operation::parsePropertyList}) {
         fakePlatform::reset();
         EXPECT_FALSE(settings({{"menuLayout", "expanded"}}) == expected);
-        platform().fail(operation);
-        EXPECT_EQ(settingsWithoutFile(), expected);
+        platform().fail(operation, "worn out");
+        EXPECT_EQ(settingsOfFile(), expected);
+        EXPECT_EQ(findings(),
+                  found({{operation == fakePlatform::Operation::readFile ? Finding::unreadableFile
+                                                                         : Finding::malformedFile,
+                          "", "worn out", ""}}));
     }
     fakePlatform::reset();
     platform().putPropertyList(featureSettingsPath, PropertyList::Dictionary{}).readable = false;
-    EXPECT_EQ(settingsWithoutFile(), expected);
+    EXPECT_EQ(settingsOfFile(), expected);
 }
 
 TEST_F(FinderFeatureSettingsTest, FileIsReadFromTheReportedHomeAtEachCall) {
     EXPECT_EQ(settings({{"menuLayout", "expanded"}}).menuLayout, FinderMenuLayout::expanded);
     EXPECT_EQ(settings({{"menuLayout", "collapsed"}}).menuLayout, FinderMenuLayout::collapsed);
-    EXPECT_FALSE(settingsWithoutFile().groupsFeaturesUnderQuorva);
+    EXPECT_FALSE(settingsOfFile().groupsFeaturesUnderQuorva);
     platform().enterSandbox();
-    EXPECT_TRUE(settingsWithoutFile().groupsFeaturesUnderQuorva);
+    EXPECT_TRUE(settingsOfFile().groupsFeaturesUnderQuorva);
 }
 
 TEST_F(FinderFeatureSettingsTest, NothingIsWrittenOrLogged) {
     platform().putFile(featureSettingsPath, "garbage");
-    (void)settingsWithoutFile();
+    (void)settingsOfFile();
     EXPECT_THAT(platform().journal, IsEmpty());
     EXPECT_EQ(platform().contents(featureSettingsPath), "garbage");
 }
@@ -224,27 +253,54 @@ TEST_F(FinderFeatureSettingsTest, EmptyFileHasTheDefaultsButDoesNotGroup) {
     EXPECT_EQ(value.childOrderByFeatureID, catalogueOrders());
     EXPECT_FALSE(value.groupsFeaturesUnderQuorva);
     EXPECT_EQ(value.menuLayout, FinderMenuLayout::collapsed);
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+TEST_F(FinderFeatureSettingsTest, FurtherKeysAreIgnored) {
+    const FinderMenuSettings expected = settings({});
+    EXPECT_EQ(settings({{"MenuLayout", "expanded"}, {"version", std::int64_t{2}}}), expected);
+    EXPECT_EQ(findings(), found({{Finding::unknownKey, "MenuLayout", "MenuLayout", ""},
+                                 {Finding::unknownKey, "version", "version", ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, FileWithOnlyTheGroupingEqualsNoFile) {
-    const FinderMenuSettings expected = settingsWithoutFile();
+    const FinderMenuSettings expected = settingsOfFile();
     EXPECT_EQ(settings({{"groupsFeaturesUnderQuorva", true}}), expected);
 }
 
 TEST_F(FinderFeatureSettingsTest, GroupingIsABooleanAndNothingElse) {
     EXPECT_TRUE(settings({{"groupsFeaturesUnderQuorva", true}}).groupsFeaturesUnderQuorva);
-    for (const PropertyList& value :
-         list({false, std::int64_t{1}, 1.0, "true", "YES", PropertyList::Array{},
-               PropertyList::Dictionary{}, PropertyList::Date{1}, dataWithText("1")})) {
+    EXPECT_FALSE(settings({{"groupsFeaturesUnderQuorva", false}}).groupsFeaturesUnderQuorva);
+    EXPECT_THAT(findings(), IsEmpty());
+    const std::pair<PropertyList, const char*> rows[] = {{std::int64_t{1}, "integer"},
+                                                         {1.0, "real"},
+                                                         {"true", "string"},
+                                                         {"YES", "string"},
+                                                         {PropertyList::Array{}, "array"},
+                                                         {PropertyList::Dictionary{}, "dictionary"},
+                                                         {PropertyList::Date{1}, "date"},
+                                                         {dataWithText("1"), "data"}};
+    for (const auto& [value, type] : rows) {
         EXPECT_FALSE(settings({{"groupsFeaturesUnderQuorva", value}}).groupsFeaturesUnderQuorva);
+        EXPECT_EQ(findings(),
+                  found({{Finding::wrongType, "groupsFeaturesUnderQuorva", type, "boolean"}}));
     }
 }
 
 TEST_F(FinderFeatureSettingsTest, LayoutIsMatchedToTheLetter) {
     EXPECT_EQ(settings({{"menuLayout", "expanded"}}).menuLayout, FinderMenuLayout::expanded);
-    for (const PropertyList& value : list({"collapsed", "Expanded", "expanded ", "", true,
-                                           std::int64_t{1}, strings({"expanded"})})) {
+    EXPECT_THAT(findings(), IsEmpty());
+    EXPECT_EQ(settings({{"menuLayout", "collapsed"}}).menuLayout, FinderMenuLayout::collapsed);
+    EXPECT_THAT(findings(), IsEmpty());
+    for (const char* const value : {"Expanded", "expanded ", ""}) {
         EXPECT_EQ(settings({{"menuLayout", value}}).menuLayout, FinderMenuLayout::collapsed);
+        EXPECT_EQ(findings(), found({{Finding::unknownLayout, "menuLayout", value, ""}}));
+    }
+    const std::pair<PropertyList, const char*> rows[] = {
+        {true, "boolean"}, {std::int64_t{1}, "integer"}, {strings({"expanded"}), "array"}};
+    for (const auto& [value, type] : rows) {
+        EXPECT_EQ(settings({{"menuLayout", value}}).menuLayout, FinderMenuLayout::collapsed);
+        EXPECT_EQ(findings(), found({{Finding::wrongType, "menuLayout", type, "string"}}));
     }
 }
 
@@ -255,6 +311,8 @@ TEST_F(FinderFeatureSettingsTest, EnabledFeaturesWithoutSavedOrderAreExactlyThos
                 ElementsAre(FinderFeature::pdfTools));
     EXPECT_THAT(settings({{"enabledFeatureIDs", strings({"developerTools", "pdfTools"})}}).features,
                 ElementsAre(FinderFeature::pdfTools, FinderFeature::developerTools));
+    EXPECT_EQ(findings(),
+              found({{Finding::featureWithoutCommands, "enabledChildIDs", "developerTools", ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, NoEnabledFeaturesAndNoOrderShowsNone) {
@@ -276,6 +334,19 @@ TEST_F(FinderFeatureSettingsTest, SavedOrderPutsItsFeaturesFirst) {
                   FinderFeature::scheduledDeletion, FinderFeature::imageTools,
                   FinderFeature::copyPath, FinderFeature::openWith, FinderFeature::viewOptions,
                   FinderFeature::customActions}));
+    EXPECT_EQ(findings(),
+              found({{Finding::appendedFeature, "featureOrder", "quickOpen", ""},
+                     {Finding::appendedFeature, "featureOrder", "organizeFile", ""},
+                     {Finding::appendedFeature, "featureOrder", "copyFile", ""},
+                     {Finding::appendedFeature, "featureOrder", "batchRename", ""},
+                     {Finding::appendedFeature, "featureOrder", "archiveTools", ""},
+                     {Finding::appendedFeature, "featureOrder", "scheduledDeletion", ""},
+                     {Finding::appendedFeature, "featureOrder", "imageTools", ""},
+                     {Finding::appendedFeature, "featureOrder", "copyPath", ""},
+                     {Finding::appendedFeature, "featureOrder", "openWith", ""},
+                     {Finding::appendedFeature, "featureOrder", "viewOptions", ""},
+                     {Finding::appendedFeature, "featureOrder", "customActions", ""},
+                     {Finding::featureWithoutCommands, "enabledChildIDs", "developerTools", ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, DuplicatesAndUnknownFeaturesLeaveTheOrder) {
@@ -285,6 +356,10 @@ TEST_F(FinderFeatureSettingsTest, DuplicatesAndUnknownFeaturesLeaveTheOrder) {
                         {"featureOrder", strings({"pdfTools", "pdfTools", "noFeature"})}})
                   .features,
               expected);
+    ASSERT_GT(findings().size(), 2U);
+    EXPECT_EQ(SettingsFindings(findings().begin(), findings().begin() + 2),
+              found({{Finding::repeatedFeature, "featureOrder[1]", "pdfTools", ""},
+                     {Finding::unknownFeature, "featureOrder[2]", "noFeature", ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, DuplicateFeatureStaysAtItsFirstPlace) {
@@ -296,6 +371,9 @@ TEST_F(FinderFeatureSettingsTest, DuplicateFeatureStaysAtItsFirstPlace) {
                                             "openWith", "viewOptions", "customActions"})}})
             .features,
         ElementsAre(FinderFeature::copyPath, FinderFeature::pdfTools));
+    EXPECT_EQ(findings(),
+              found({{Finding::repeatedFeature, "featureOrder[2]", "copyPath", ""},
+                     {Finding::appendedFeature, "featureOrder", "developerTools", ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, DefaultFeatureThatTheSavedOrderDoesNotKnowIsSwitchedOn) {
@@ -310,6 +388,29 @@ TEST_F(FinderFeatureSettingsTest, DefaultFeatureThatTheSavedOrderDoesNotKnowIsSw
     EXPECT_THAT(features, Not(Contains(FinderFeature::quickOpen)));
     EXPECT_THAT(features, Not(Contains(FinderFeature::developerTools)));
     EXPECT_EQ(features.size(), 11U);
+    const auto isNew = [](const SettingsFinding& finding) {
+        return finding.kind == Finding::newFeature;
+    };
+    SettingsFindings added;
+    std::ranges::copy_if(findings(), std::back_inserter(added), isNew);
+    EXPECT_EQ(added, found({{Finding::newFeature, "enabledFeatureIDs", "archiveTools", ""},
+                            {Finding::newFeature, "enabledFeatureIDs", "batchRename", ""},
+                            {Finding::newFeature, "enabledFeatureIDs", "copyFile", ""},
+                            {Finding::newFeature, "enabledFeatureIDs", "customActions", ""},
+                            {Finding::newFeature, "enabledFeatureIDs", "imageTools", ""},
+                            {Finding::newFeature, "enabledFeatureIDs", "openWith", ""},
+                            {Finding::newFeature, "enabledFeatureIDs", "organizeFile", ""},
+                            {Finding::newFeature, "enabledFeatureIDs", "pdfTools", ""},
+                            {Finding::newFeature, "enabledFeatureIDs", "scheduledDeletion", ""},
+                            {Finding::newFeature, "enabledFeatureIDs", "viewOptions", ""}}));
+}
+
+TEST_F(FinderFeatureSettingsTest, EnabledFeatureThatTheSavedOrderDoesNotKnowIsNotNew) {
+    (void)settings(
+        {{"enabledFeatureIDs", everyFeatureID()}, {"featureOrder", strings({"developerTools"})}});
+    for (const SettingsFinding& finding : findings()) {
+        EXPECT_NE(finding.kind, Finding::newFeature);
+    }
 }
 
 TEST_F(FinderFeatureSettingsTest, SavedOrderOfUnknownIDsSwitchesEveryDefaultFeatureOn) {
@@ -324,31 +425,50 @@ TEST_F(FinderFeatureSettingsTest, UnknownEnabledFeaturesAreDropped) {
         settings({{"enabledFeatureIDs", strings({"noFeature", "PDFTools", "copyFullPath", ""})}})
             .features,
         IsEmpty());
+    EXPECT_EQ(findings(),
+              found({{Finding::unknownFeature, "enabledFeatureIDs[0]", "noFeature", ""},
+                     {Finding::unknownFeature, "enabledFeatureIDs[1]", "PDFTools", ""},
+                     {Finding::unknownFeature, "enabledFeatureIDs[2]", "copyFullPath", ""},
+                     {Finding::unknownFeature, "enabledFeatureIDs[3]", "", ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, WithoutEnabledFeaturesTheSavedOrderIsNotConsulted) {
     EXPECT_EQ(settings({{"featureOrder", strings({"developerTools", "pdfTools"})}}).features,
               defaultFeatures);
+    EXPECT_EQ(findings(), found({{Finding::ignoredFeatureOrder, "featureOrder", "", ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, EnabledFeaturesOfTheWrongTypeCountAsAbsent) {
-    for (const PropertyList& value :
-         list({"pdfTools", true, PropertyList::Dictionary{}, list({"pdfTools", true}),
-               list({std::int64_t{1}}), list({strings({"pdfTools"})})})) {
+    const WrongIDs rows[] = {{"pdfTools", "", "string", "array"},
+                             {true, "", "boolean", "array"},
+                             {PropertyList::Dictionary{}, "", "dictionary", "array"},
+                             {list({"pdfTools", true}), "[1]", "boolean", "string"},
+                             {list({std::int64_t{1}}), "[0]", "integer", "string"},
+                             {list({strings({"pdfTools"})}), "[0]", "array", "string"}};
+    for (const auto& [value, path, type, wanted] : rows) {
         EXPECT_EQ(
             settings({{"enabledFeatureIDs", value}, {"featureOrder", strings({"developerTools"})}})
                 .features,
             defaultFeatures);
+        EXPECT_EQ(
+            findings(),
+            found({{Finding::wrongType, std::string("enabledFeatureIDs") + path, type, wanted},
+                   {Finding::ignoredFeatureOrder, "featureOrder", "", ""}}));
     }
 }
 
 TEST_F(FinderFeatureSettingsTest, FeatureOrderOfTheWrongTypeCountsAsAbsent) {
-    for (const PropertyList& value : list(
-             {"pdfTools", true, PropertyList::Dictionary{}, list({"copyPath", std::int64_t{1}})})) {
+    const WrongIDs rows[] = {{"pdfTools", "", "string", "array"},
+                             {true, "", "boolean", "array"},
+                             {PropertyList::Dictionary{}, "", "dictionary", "array"},
+                             {list({"copyPath", std::int64_t{1}}), "[1]", "integer", "string"}};
+    for (const auto& [value, path, type, wanted] : rows) {
         EXPECT_THAT(settings({{"enabledFeatureIDs", strings({"copyPath", "createFile"})},
                               {"featureOrder", value}})
                         .features,
                     ElementsAre(FinderFeature::createFile, FinderFeature::copyPath));
+        EXPECT_EQ(findings(),
+                  found({{Finding::wrongType, std::string("featureOrder") + path, type, wanted}}));
     }
 }
 
@@ -362,6 +482,11 @@ TEST_F(FinderFeatureSettingsTest, EveryFeatureHasAnOrderAndUnknownKeysAreDropped
     auto expected = catalogueOrders();
     expected["pdfTools"] = {"splitPDFs", "mergePDFs", "imagesToPDF", "compressPDF"};
     EXPECT_EQ(orders, expected);
+    const std::string path = "childOrderByFeatureID.";
+    EXPECT_EQ(findings(), found({{Finding::appendedCommand, path + "pdfTools", "mergePDFs", ""},
+                                 {Finding::appendedCommand, path + "pdfTools", "imagesToPDF", ""},
+                                 {Finding::appendedCommand, path + "pdfTools", "compressPDF", ""},
+                                 {Finding::unknownFeature, path + "noFeature", "noFeature", ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, CommandsOfTheSavedOrderComeFirstAndMissingOnesFollow) {
@@ -377,13 +502,26 @@ TEST_F(FinderFeatureSettingsTest, CommandSavedTwiceIsKeptTwice) {
         normalizedOrder("archiveTools",
                         strings({"extractZIPHere", "extractZIPHere", "compressToZIP"})),
         ElementsAre("extractZIPHere", "extractZIPHere", "compressToZIP", "extractZIPToFolder"));
+    const std::string path = "childOrderByFeatureID.archiveTools";
+    EXPECT_EQ(findings(), found({{Finding::repeatedCommand, path + "[1]", "extractZIPHere", ""},
+                                 {Finding::appendedCommand, path, "extractZIPToFolder", ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, CommandsOfOtherFeaturesLeaveTheOrder) {
     EXPECT_THAT(normalizedOrder("archiveTools", strings({"mergePDFs", "extractZIPHere", "",
                                                          "ExtractZIPHere", "copyFilesToFolder"})),
                 ElementsAre("extractZIPHere", "compressToZIP", "extractZIPToFolder"));
+    const std::string path = "childOrderByFeatureID.";
+    EXPECT_EQ(findings(),
+              found({{Finding::unknownCommand, path + "archiveTools[0]", "mergePDFs", ""},
+                     {Finding::unknownCommand, path + "archiveTools[2]", "", ""},
+                     {Finding::unknownCommand, path + "archiveTools[3]", "ExtractZIPHere", ""},
+                     {Finding::unknownCommand, path + "archiveTools[4]", "copyFilesToFolder", ""},
+                     {Finding::appendedCommand, path + "archiveTools", "compressToZIP", ""},
+                     {Finding::appendedCommand, path + "archiveTools", "extractZIPToFolder", ""}}));
     EXPECT_THAT(normalizedOrder("customActions", strings({"mergePDFs"})), IsEmpty());
+    EXPECT_EQ(findings(),
+              found({{Finding::unknownCommand, path + "customActions[0]", "mergePDFs", ""}}));
 }
 
 TEST_F(FinderFeatureSettingsTest, ScheduledDeletionWithoutTheHourIsOfAnOlderVersion) {
@@ -393,7 +531,9 @@ TEST_F(FinderFeatureSettingsTest, ScheduledDeletionWithoutTheHourIsOfAnOlderVers
                   "scheduledDeletion",
                   strings({"scheduleDelete7Days", "scheduleDelete30Days", "scheduleDelete90Days"})),
               catalogue);
+    EXPECT_EQ(findings(), replacedDeletionOrder());
     EXPECT_EQ(normalizedOrder("scheduledDeletion", strings({"scheduleDelete90Days"})), catalogue);
+    EXPECT_EQ(findings(), replacedDeletionOrder());
     EXPECT_EQ(normalizedOrder("scheduledDeletion", PropertyList::Array{}), catalogue);
 }
 
@@ -403,6 +543,7 @@ TEST_F(FinderFeatureSettingsTest, ScheduledDeletionWithTheHourLastIsOfAnOlderVer
                                          "scheduleDelete90Days", "scheduleDelete1Hour"})),
                 ElementsAre("scheduleDelete1Hour", "scheduleDelete7Days", "scheduleDelete30Days",
                             "scheduleDelete90Days"));
+    EXPECT_EQ(findings(), replacedDeletionOrder());
 }
 
 TEST_F(FinderFeatureSettingsTest, ScheduledDeletionInAnyOtherOrderIsTheUsers) {
@@ -416,6 +557,9 @@ TEST_F(FinderFeatureSettingsTest, ScheduledDeletionInAnyOtherOrderIsTheUsers) {
                              "scheduleDelete1Hour", "scheduleDelete1Hour"})),
                 ElementsAre("scheduleDelete7Days", "scheduleDelete30Days", "scheduleDelete90Days",
                             "scheduleDelete1Hour", "scheduleDelete1Hour"));
+    EXPECT_EQ(findings(),
+              found({{Finding::repeatedCommand, "childOrderByFeatureID.scheduledDeletion[4]",
+                      "scheduleDelete1Hour", ""}}));
     EXPECT_THAT(normalizedOrder("scheduledDeletion",
                                 strings({"scheduleDelete7Days", "scheduleDelete90Days",
                                          "scheduleDelete30Days", "scheduleDelete1Hour"})),
@@ -429,12 +573,19 @@ TEST_F(FinderFeatureSettingsTest, ScheduledDeletionInAnyOtherOrderIsTheUsers) {
 }
 
 TEST_F(FinderFeatureSettingsTest, ChildOrdersOfTheWrongTypeCountAsAbsent) {
-    for (const PropertyList& value :
-         list({"pdfTools", true, strings({"splitPDFs"}),
-               PropertyList::Dictionary{{"pdfTools", strings({"splitPDFs"})}, {"x", "y"}},
-               PropertyList::Dictionary{{"pdfTools", list({"splitPDFs", std::int64_t{1}})}}})) {
+    const WrongIDs rows[] = {
+        {"pdfTools", "", "string", "dictionary"},
+        {true, "", "boolean", "dictionary"},
+        {strings({"splitPDFs"}), "", "array", "dictionary"},
+        {PropertyList::Dictionary{{"pdfTools", strings({"splitPDFs"})}, {"x", "y"}}, ".x", "string",
+         "array"},
+        {PropertyList::Dictionary{{"pdfTools", list({"splitPDFs", std::int64_t{1}})}},
+         ".pdfTools[1]", "integer", "string"}};
+    for (const auto& [value, path, type, wanted] : rows) {
         EXPECT_EQ(settings({{"childOrderByFeatureID", value}}).childOrderByFeatureID,
                   catalogueOrders());
+        EXPECT_EQ(findings(), found({{Finding::wrongType,
+                                      std::string("childOrderByFeatureID") + path, type, wanted}}));
     }
 }
 
@@ -453,6 +604,11 @@ TEST_F(FinderFeatureSettingsTest, EmptySavedListBringsBackEveryDefaultThatNoOrde
     const IDs ids = settings({{"enabledChildIDs", PropertyList::Array{}}}).enabledChildIDs;
     EXPECT_EQ(ids, enabledCatalogueIDs());
     EXPECT_EQ(ids.size(), 56U);
+    std::vector<FindingRow> added;
+    for (const std::string& id : ids) {
+        added.push_back({Finding::newCommand, "enabledChildIDs", id, ""});
+    }
+    EXPECT_EQ(findings(), found(added));
 }
 
 TEST_F(FinderFeatureSettingsTest, CommandThatASavedOrderKnowsStaysOff) {
@@ -490,12 +646,25 @@ TEST_F(FinderFeatureSettingsTest, SavedListKeepsCatalogueCommandsOnly) {
     IDs expected = enabledCatalogueIDs();
     expected.insert("copyMD5");
     EXPECT_EQ(ids, expected);
+    ASSERT_GT(findings().size(), 2U);
+    EXPECT_EQ(SettingsFindings(findings().begin(), findings().begin() + 2),
+              found({{Finding::unknownCommand, "enabledChildIDs[3]", "noCommand", ""},
+                     {Finding::unknownCommand, "enabledChildIDs[5]", "", ""}}));
+    for (const SettingsFinding& finding : findings()) {
+        EXPECT_NE(finding.value, "copyMD5") << "it is enabled, and so not new";
+    }
 }
 
 TEST_F(FinderFeatureSettingsTest, EnabledCommandsOfTheWrongTypeCountAsAbsent) {
-    for (const PropertyList& value :
-         list({"copyMD5", true, PropertyList::Dictionary{}, list({"copyMD5", std::int64_t{1}})})) {
+    const WrongIDs rows[] = {{"copyMD5", "", "string", "array"},
+                             {true, "", "boolean", "array"},
+                             {PropertyList::Dictionary{}, "", "dictionary", "array"},
+                             {list({"copyMD5", std::int64_t{1}}), "[1]", "integer", "string"}};
+    for (const auto& [value, path, type, wanted] : rows) {
         EXPECT_EQ(settings({{"enabledChildIDs", value}}).enabledChildIDs, defaultEnabledIDs);
+        EXPECT_EQ(
+            findings(),
+            found({{Finding::wrongType, std::string("enabledChildIDs") + path, type, wanted}}));
     }
 }
 
@@ -544,6 +713,7 @@ TEST_F(FinderFeatureSettingsTest, VisibleCustomActionsHaveNothingToSwitchOn) {
     EXPECT_THAT(value.features, ElementsAre(FinderFeature::customActions));
     EXPECT_EQ(value.enabledChildIDs, defaultEnabledIDs);
     EXPECT_THAT(value.children(FinderFeature::customActions), IsEmpty());
+    EXPECT_THAT(findings(), IsEmpty());
 }
 
 // What the menu is asked to show.

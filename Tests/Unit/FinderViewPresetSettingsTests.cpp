@@ -12,22 +12,27 @@ using testing::IsEmpty;
 
 using Preset = FinderViewPresetSetting;
 
-class FinderViewPresetSettingsTest : public UnitTest {
+class FinderViewPresetSettingsTest : public SettingsTest {
  protected:
+    FinderViewPresetSettingsTest() : SettingsTest("FinderViewPresets.plist") {}
+
     static void putPresets(const PropertyList& root) {
         platform().putPropertyList(viewPresetsPath, root);
     }
 
-    static std::vector<Preset> presets() { return FinderViewPresetSettings::presets(); }
+    static std::vector<Preset> presets() { return reading(FinderViewPresetSettings::presets); }
 
     /// What `name` is shown as.
-    static std::string cleaned(const std::string& name) {
+    std::string cleaned(const std::string& name) {
         putPresets(list({preset("id 2", name.c_str(), "list · mode 2", "sort · mode 2")}));
         const std::vector<Preset> read = presets();
         EXPECT_EQ(read.size(), 1U);
         EXPECT_EQ(read.front().id, "id 2");
         EXPECT_EQ(read.front().viewMode, "list · mode 2");
         EXPECT_EQ(read.front().sortMode, "sort · mode 2");
+        EXPECT_EQ(findings(), read.front().name == name
+                                  ? SettingsFindings()
+                                  : found({{Finding::numberedPreset, "[0].name", name, ""}}));
         return read.front().name;
     }
 
@@ -46,6 +51,7 @@ TEST_F(FinderViewPresetSettingsTest, PresetsAreComparedByEveryField) {
 
 TEST_F(FinderViewPresetSettingsTest, NoFileGivesTheThreeDefaults) {
     EXPECT_EQ(presets(), defaults);
+    EXPECT_EQ(findings(), found({{Finding::missingFile, "", noSuchFile(viewPresetsPath), ""}}));
 }
 
 TEST_F(FinderViewPresetSettingsTest, SeparatorOfTheDefaultNamesIsAMiddleDotBetweenSpaces) {
@@ -64,6 +70,7 @@ TEST_F(FinderViewPresetSettingsTest, FileReplacesTheDefaultsInItsOrder) {
     putPresets(list({preset("b", "B", "gallery", "size"), preset("a", "A", "icon", "name")}));
     EXPECT_THAT(presets(),
                 ElementsAre(Preset{"b", "B", "gallery", "size"}, Preset{"a", "A", "icon", "name"}));
+    EXPECT_THAT(findings(), IsEmpty());
 }
 
 TEST_F(FinderViewPresetSettingsTest, EntryThatLacksAKeyIsSkipped) {
@@ -78,6 +85,23 @@ TEST_F(FinderViewPresetSettingsTest, EntryThatLacksAKeyIsSkipped) {
     }));
     EXPECT_THAT(presets(), ElementsAre(Preset{"first", "F", "list", "name"},
                                        Preset{"last", "L", "list", "name"}));
+    EXPECT_EQ(findings(), found({
+                              {Finding::missingKey, "[1].id", "", ""},
+                              {Finding::missingKey, "[2].name", "", ""},
+                              {Finding::missingKey, "[3].viewMode", "", ""},
+                              {Finding::missingKey, "[4].sortMode", "", ""},
+                              {Finding::missingKey, "[5].id", "", ""},
+                              {Finding::missingKey, "[5].name", "", ""},
+                              {Finding::missingKey, "[5].viewMode", "", ""},
+                              {Finding::missingKey, "[5].sortMode", "", ""},
+                          }));
+}
+
+TEST_F(FinderViewPresetSettingsTest, FurtherTextsAreIgnored) {
+    putPresets(list({texts(
+        {{"id", "i"}, {"name", "n"}, {"viewMode", "v"}, {"sortMode", "s"}, {"icon", "x"}})}));
+    EXPECT_THAT(presets(), ElementsAre(Preset{"i", "n", "v", "s"}));
+    EXPECT_EQ(findings(), found({{Finding::unknownKey, "[0].icon", "icon", ""}}));
 }
 
 TEST_F(FinderViewPresetSettingsTest, ValuesAreTakenVerbatimAndDuplicatesKept) {
@@ -95,20 +119,24 @@ TEST_F(FinderViewPresetSettingsTest, UsableFileWithoutValidEntryGivesNoPresets) 
 }
 
 TEST_F(FinderViewPresetSettingsTest, BrokenFileGivesTheDefaults) {
-    const PropertyList roots[] = {
-        "text",
-        true,
-        preset("a", "A"),
-        list({"text"}),
-        list({preset("a", "A"), PropertyList::Array{}}),
-        list({preset("a", "A"), PropertyList::Dictionary{{"id", std::int64_t{1}}}}),
+    const std::pair<PropertyList, FindingRow> rows[] = {
+        {"text", {Finding::wrongType, "", "string", "array"}},
+        {true, {Finding::wrongType, "", "boolean", "array"}},
+        {preset("a", "A"), {Finding::wrongType, "", "dictionary", "array"}},
+        {list({"text"}), {Finding::wrongType, "[0]", "string", "dictionary"}},
+        {list({preset("a", "A"), PropertyList::Array{}}),
+         {Finding::wrongType, "[1]", "array", "dictionary"}},
+        {list({preset("a", "A"), PropertyList::Dictionary{{"id", std::int64_t{1}}}}),
+         {Finding::wrongType, "[1].id", "integer", "string"}},
     };
-    for (const PropertyList& root : roots) {
+    for (const auto& [root, finding] : rows) {
         putPresets(root);
         EXPECT_EQ(presets(), defaults);
+        EXPECT_EQ(findings(), found({finding}));
     }
     platform().putFile(viewPresetsPath, "garbage");
     EXPECT_EQ(presets(), defaults);
+    EXPECT_EQ(findings(), found({{Finding::malformedFile, "", notAPropertyList, ""}}));
 }
 
 TEST_F(FinderViewPresetSettingsTest, FailuresOfReadingAndParsingGiveTheDefaults) {
@@ -116,8 +144,12 @@ TEST_F(FinderViewPresetSettingsTest, FailuresOfReadingAndParsingGiveTheDefaults)
          {fakePlatform::Operation::readFile, fakePlatform::Operation::parsePropertyList}) {
         fakePlatform::reset();
         putPresets(PropertyList::Array{});
-        platform().fail(operation);
+        platform().fail(operation, "worn out");
         EXPECT_EQ(presets(), defaults);
+        EXPECT_EQ(findings(),
+                  found({{operation == fakePlatform::Operation::readFile ? Finding::unreadableFile
+                                                                         : Finding::malformedFile,
+                          "", "worn out", ""}}));
     }
 }
 

@@ -63,7 +63,8 @@ TEST_F(SettingsFileTest, FileThatIsMissingUnreadableOrNotAPropertyListGivesNothi
 
 TEST_F(SettingsFileTest, ListOfStringDictionariesIsReadInOrder) {
     const PropertyList value = list({texts({{"id", "b"}}), texts({}), texts({{"id", "a"}})});
-    const PropertyList::Array* const dictionaries = stringDictionaries(SettingsPath("A.plist", nullptr), value);
+    const PropertyList::Array* const dictionaries =
+        stringDictionaries(SettingsPath("A.plist", nullptr), value);
     ASSERT_NE(dictionaries, nullptr);
     ASSERT_EQ(dictionaries->size(), 3U);
     EXPECT_EQ(*stringForKey(*dictionaries->at(0).dictionary(), "id"), "b");
@@ -153,6 +154,32 @@ TEST_F(SettingsFileTest, ReadingReadsEachFileWhenItIsFirstAskedForAndNotAgain) {
         EXPECT_EQ(count, 1) << path;
     }
     EXPECT_EQ(platform().reads.size(), 4U);
+}
+
+TEST_F(SettingsFileTest, ReadingAddsToItsFindingsOnceWhatEachReaderFinds) {
+    for (const std::string& path :
+         {featureSettingsPath, customShortcutActionsPath, viewPresetsPath}) {
+        platform().putPropertyList(path, "text");
+    }
+    platform().putPropertyList(
+        customDestinationsPath,
+        PropertyList::Dictionary{{"copy", list({texts({{"id", "c"}, {"name", "C"}})})},
+                                 {"openApplication", list({destination("cursor", "C", "/c")})}});
+    SettingsFindings findings;
+    const SettingsReading reading(findings);
+    for (int time = 0; time < 2; ++time) {
+        (void)reading.menuSettings();
+        (void)reading.destinations(FinderCustomDestinationKind::copy);
+        (void)reading.customActions();
+        (void)reading.viewPresets();
+    }
+    using Kind = SettingsFinding::Kind;
+    EXPECT_EQ(findings, (SettingsFindings{
+                            {Kind::wrongType, "FeatureSettings.plist", "", "string", "dictionary"},
+                            {Kind::missingKey, "CustomDestinations.plist", "copy[0].path", "", ""},
+                            {Kind::wrongType, "CustomShortcutActions.plist", "", "string", "array"},
+                            {Kind::wrongType, "FinderViewPresets.plist", "", "string", "array"},
+                        }));
 }
 
 }  // namespace

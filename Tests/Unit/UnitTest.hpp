@@ -23,6 +23,7 @@
 #include "QuorvaFinderExtension/FinderViewPresetSettings.hpp"
 #include "QuorvaFinderExtension/Menu.hpp"
 #include "QuorvaFinderExtension/MenuRequest.hpp"
+#include "QuorvaFinderExtension/SettingsFinding.hpp"
 #include "Tests/FakePlatform/FakePlatform.hpp"
 
 /// What the unit tests share: a new machine for each test, the places of the settings files, and
@@ -85,6 +86,56 @@ class UnitTest : public testing::Test {
 
     /// Looked up anew, because a test may start over with a new machine.
     static fakePlatform::State& platform() { return fakePlatform::state(); }
+};
+
+/// A test of a reader of settings, which tells what it finds.
+class SettingsTest : public UnitTest {
+ protected:
+    using Finding = SettingsFinding::Kind;
+
+    explicit SettingsTest(const char* fileName) : fileName_(fileName) {}
+
+    /// What `read` returns, which is the same when nobody wants to know what it finds.
+    template <typename Read>
+    static auto reading(Read read) {
+        findings_.clear();
+        const auto value = read(&findings_);
+        EXPECT_EQ(read(nullptr), value) << "asking for findings makes a difference";
+        return value;
+    }
+
+    /// What the last reading found.
+    static const SettingsFindings& findings() { return findings_; }
+
+    struct FindingRow {
+        Finding kind;
+        std::string path;
+        std::string value;
+        std::string_view wanted;
+    };
+
+    /// `rows` as findings in the file of this test.
+    [[nodiscard]] SettingsFindings found(const std::vector<FindingRow>& rows) const {
+        SettingsFindings findings;
+        for (const FindingRow& row : rows) {
+            findings.push_back({row.kind, fileName_, row.path, row.value, row.wanted});
+        }
+        return findings;
+    }
+
+    // Why the machine can't read a file.
+    static std::string noSuchFile(const std::string& path) {
+        return "The file " + path + " does not exist.";
+    }
+    static std::string noPermission(const std::string& path) {
+        return "No permission for " + path + ".";
+    }
+    static inline const std::string notAPropertyList = "The data is not a property list.";
+
+    static inline SettingsFindings findings_;
+
+ private:
+    const char* fileName_;
 };
 
 inline PropertyList::Array strings(std::initializer_list<const char*> texts) {
@@ -161,6 +212,11 @@ void expectEveryFieldCounts(const Value& value, std::initializer_list<Value> oth
 
 inline void PrintTo(const FileURL& url, std::ostream* stream) {
     *stream << url.path() << (url.hasDirectoryPath() ? " (directory)" : " (file)");
+}
+
+inline void PrintTo(const SettingsFinding& value, std::ostream* stream) {
+    *stream << value.fileName << ": kind " << static_cast<int>(value.kind) << " | " << value.path
+            << " | " << value.value << " | " << value.wanted;
 }
 
 inline void PrintTo(const FinderCustomDestination& value, std::ostream* stream) {
