@@ -142,7 +142,7 @@ void orderAndEnabledSet(benchmark::State& benchmark) {
                                                               {"enabledFeatureIDs", ids},
                                                               {"enabledChildIDs", ids},
                                                               {"childOrderByFeatureID", order}}}});
-    measure(benchmark, quorva::FinderFeatureSettings::menuSettings);
+    measure(benchmark, [] { return quorva::FinderFeatureSettings::menuSettings(); });
 }
 BENCHMARK(orderAndEnabledSet)->Apply(sizes);
 

@@ -1,6 +1,7 @@
 #include "QuorvaFinderExtension/SettingsPath.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace quorva {
 
@@ -70,15 +71,18 @@ const bool* booleanAt(const SettingsPath& path, const PropertyList& value) {
 }
 
 std::string_view typeName(const PropertyList& value) {
-    return value.dictionary() != nullptr ? "dictionary"
-           : value.array() != nullptr    ? "array"
-           : value.string() != nullptr   ? "string"
-           : value.boolean() != nullptr  ? "boolean"
-           : value.integer() != nullptr  ? "integer"
-           : value.real() != nullptr     ? "real"
-           : value.date() != nullptr     ? "date"
-           : value.data() != nullptr     ? "data"
-                                         : "value of another type";
+    const std::pair<bool, std::string_view> types[] = {
+        {value.dictionary() != nullptr, "dictionary"},
+        {value.array() != nullptr, "array"},
+        {value.string() != nullptr, "string"},
+        {value.boolean() != nullptr, "boolean"},
+        {value.integer() != nullptr, "integer"},
+        {value.real() != nullptr, "real"},
+        {value.date() != nullptr, "date"},
+        {value.data() != nullptr, "data"},
+        {true, "value of another type"},
+    };
+    return std::ranges::find(types, true, &std::pair<bool, std::string_view>::first)->second;
 }
 
 }  // namespace quorva
