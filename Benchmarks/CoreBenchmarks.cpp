@@ -196,7 +196,7 @@ void presetName(benchmark::State& benchmark) {
     setUp({{"FinderViewPresets.plist",
             PropertyList::Array{PropertyList::Dictionary{
                 {"id", "x"}, {"name", name}, {"viewMode", "list"}, {"sortMode", "name"}}}}});
-    measure(benchmark, quorva::FinderViewPresetSettings::presets);
+    measure(benchmark, [] { return quorva::FinderViewPresetSettings::presets(); });
 }
 BENCHMARK(presetName)->Apply(sizes);
 

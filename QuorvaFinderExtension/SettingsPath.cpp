@@ -19,19 +19,10 @@ const Type* reportedWhenNull(const Type* typed, const SettingsPath& path, const 
 
 }  // namespace
 
-SettingsPath SettingsPath::operator[](std::string_view key) const {
+SettingsPath SettingsPath::appending(std::string_view before, std::string_view step,
+                                     std::string_view after) const {
     SettingsPath path = *this;
-    if (isObserved()) {
-        path.path_.append(path_.empty() ? "" : ".").append(key);
-    }
-    return path;
-}
-
-SettingsPath SettingsPath::operator[](std::size_t index) const {
-    SettingsPath path = *this;
-    if (isObserved()) {
-        path.path_.append("[").append(std::to_string(index)).append("]");
-    }
+    path.path_.append(before).append(step).append(after);
     return path;
 }
 

@@ -24,9 +24,15 @@ class SettingsPath {
     [[nodiscard]] bool isObserved() const { return findings_ != nullptr; }
 
     /// The value under `key` of the dictionary at this path.
-    [[nodiscard]] SettingsPath operator[](std::string_view key) const;
+    [[nodiscard]] SettingsPath operator[](std::string_view key) const {
+        return isObserved() ? appending(path_.empty() ? "" : ".", key, "")
+                            : SettingsPath(fileName_, nullptr);
+    }
     /// The element at `index` of the array at this path.
-    [[nodiscard]] SettingsPath operator[](std::size_t index) const;
+    [[nodiscard]] SettingsPath operator[](std::size_t index) const {
+        return isObserved() ? appending("[", std::to_string(index), "]")
+                            : SettingsPath(fileName_, nullptr);
+    }
 
     void report(SettingsFinding::Kind kind, std::string_view value = {},
                 std::string_view wanted = {}) const;
@@ -36,6 +42,9 @@ class SettingsPath {
                            std::span<const std::string_view> known) const;
 
  private:
+    [[nodiscard]] SettingsPath appending(std::string_view before, std::string_view step,
+                                         std::string_view after) const;
+
     std::string_view fileName_;
     SettingsFindings* findings_;
     std::string path_;
