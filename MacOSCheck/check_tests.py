@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Compiles the tests, which the build has compiled and linked for arm64, for x86_64 too: only as
 far as to see that they compile. Standard input has the commands that built them, one a line."""
 

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Inspects the containing application that `make run` embeds the extension in, and what the tests
 were linked to, and fails with a line for each property that is not as it must be.
 

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Inspects a built QuorvaFinderExtension.appex and fails with a line for each property that is not
 as the system demands it.
 

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Inspects the commands that build the extension, one a line on standard input, and fails with a
 line for each that is not as it must be.
 

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Runs a command as if it had the machine to itself:
 
     run_alone.py COMMAND ARGUMENT...
