@@ -25,6 +25,7 @@ import time
 import unittest
 from pathlib import Path
 
+from first_difference import first_difference
 from menu_model import UNUSABLE, Settings
 
 sys.path.append(str(Path(__file__).resolve().parents[2] / "Simulator/FinderCommand"))
@@ -374,29 +375,18 @@ def titles(menu):
     return result
 
 
-def first_difference(actual, expected, where=""):
-    """Where two different values of JSON differ first, and in what."""
-    keys = []
-    if isinstance(actual, dict) and isinstance(expected, dict):
-        keys = sorted(actual.keys() | expected.keys())
-    elif isinstance(actual, list) and isinstance(expected, list):
-        keys = range(max(len(actual), len(expected)))
-    for key in keys:
-        pair = [value[key] if key in (value if isinstance(value, dict) else range(len(value)))
-                else None for value in (actual, expected)]
-        if pair[0] != pair[1]:
-            return first_difference(*pair, f"{where}[{key!r}]")
-    return f"{where or 'the value'} is {actual!r:.1000} and not {expected!r:.1000}"
-
-
 class EndToEndTestCase(unittest.TestCase):
     """A test with a home and processes of its own, which all end well."""
-
-    maxDiff = 4000
 
     def setUp(self):
         self.home = Home()
         self._failed_cases = 0
+        for kind in (dict, list, str, tuple):
+            self.addTypeEqualityFunc(kind, self._assert_same)
+
+    def _assert_same(self, actual, expected, msg=None):
+        if actual != expected:
+            self.fail(self._formatMessage(msg, first_difference(actual, expected)))
 
     @contextlib.contextmanager
     def subTest(self, **case):
@@ -408,7 +398,7 @@ class EndToEndTestCase(unittest.TestCase):
                 self._failed_cases += 1
                 raise
         if self._failed_cases == 10:
-            self.fail("ten cases have failed; the others are left out")
+            raise self.failureException("ten cases have failed; the others are left out") from None
 
     def start_extension(self, home=None, **options):
         """Starts the extension; it has to end with status 0 when its input does."""
@@ -444,11 +434,6 @@ class EndToEndTestCase(unittest.TestCase):
             self.assertEqual(launch, [{
                 "event": "openApplication", "path": str(application_bundle()), "activates": False,
                 "addsToRecentItems": False}])
-
-    def assert_same(self, actual, expected):
-        """Like `assertEqual`, but names only the first difference, however large the values are."""
-        if actual != expected:
-            self.fail(first_difference(actual, expected))
 
     def assert_record(self, record, expected):
         """Compares a queue record with what it has to say, but for its time."""

@@ -33,8 +33,8 @@ class BadSettingsTestCase(EndToEndTestCase):
         self.extension = self.start_extension()
         self.home.quorva.mkdir(parents=True, exist_ok=True)
 
-    def menu_is(self, expected):
-        return self.extension.menu(REQUEST) == expected
+    def check(self, expected):
+        self.assertEqual(self.extension.menu(REQUEST), expected)
 
     def expected(self, **files):
         return MenuBuilder(self.home.settings(**files), REQUEST).menu()
@@ -42,7 +42,7 @@ class BadSettingsTestCase(EndToEndTestCase):
     def check_without(self, name):
         """The menu with this one file unusable and the others in place."""
         files = {**SHORT, FIELDS[name]: UNUSABLE}
-        self.assertEqual(self.extension.menu(REQUEST), self.expected(**files))
+        self.check(self.expected(**files))
 
     def write_others(self, name):
         for other, field in FIELDS.items():
@@ -97,7 +97,7 @@ class UnusableFileTest(BadSettingsTestCase):
         for name, field in FIELDS.items():
             self.home.write(name, SHORT[field])
         self.home.quorva.chmod(0)
-        self.assertEqual(self.extension.menu(REQUEST), self.expected())
+        self.check(self.expected())
         self.home.quorva.chmod(0o700)
 
     def test_the_files_are_never_written(self):
@@ -128,7 +128,7 @@ class TruncatedFileTest(BadSettingsTestCase):
                 with self.subTest(encoding=name, cuts=cuts):
                     for file, content in contents.items():
                         self.home.write_bytes(file, content[:len(content) * cuts // 20])
-                    self.assertTrue(self.menu_is(defaults))
+                    self.check(defaults)
 
     def test_a_file_with_something_behind_its_end_does_no_harm(self):
         for name in self.each_file():
@@ -150,7 +150,7 @@ class DamagedFileTest(BadSettingsTestCase):
                     # The high bit keeps them from being text, which is a property list too.
                     content = b"\xff" + generator.randbytes(generator.randrange(400))
                     self.home.write_bytes(name, content)
-                self.assertTrue(self.menu_is(defaults))
+                self.check(defaults)
 
     def test_random_bytes_behind_the_mark_of_an_encoding_leave_the_defaults(self):
         generator = random.Random(2)
@@ -161,7 +161,7 @@ class DamagedFileTest(BadSettingsTestCase):
                     mark = generator.choice([b"bplist00", b"bplist0", property_lists.XML_HEAD])
                     self.home.write_bytes(
                         name, mark + generator.randbytes(generator.randrange(33, 400)))
-                self.assertTrue(self.menu_is(defaults))
+                self.check(defaults)
 
 
 class HostilePropertyListTest(BadSettingsTestCase):
@@ -178,8 +178,8 @@ class HostilePropertyListTest(BadSettingsTestCase):
             for case, content in property_lists.TOO_DEEP.items():
                 with self.subTest(file=name, case=case):
                     self.home.write_bytes(name, content)
-                    self.assertEqual(self.extension.menu(REQUEST), self.expected(
-                        **{**SHORT, FIELDS[name]: {"copy": "of a wrong type"}}))
+                    self.check(self.expected(
+                        **SHORT | {FIELDS[name]: {"copy": "of a wrong type"}}))
 
     def test_a_value_of_a_class_without_a_type_costs_no_more_than_its_key(self):
         self.home.write(FEATURE_SETTINGS, {
@@ -199,7 +199,7 @@ class HostilePropertyListTest(BadSettingsTestCase):
                         if item["title"] == title]
         self.extension.click(index_path, REQUEST)
         [record] = self.home.take_records()
-        self.assertTrue(record["destinationPath"] == path and record["title"] == title)
+        self.assertEqual((record["destinationPath"], record["title"]), (path, title))
 
     def test_a_hostile_property_list_does_not_keep_a_click_from_the_queue(self):
         for case, content in property_lists.HOSTILE.items():
@@ -317,7 +317,7 @@ class LargeFileTest(BadSettingsTestCase):
         }
         for name, field in FIELDS.items():
             self.home.write(name, files[field], BINARY)
-        self.assertTrue(self.menu_is(self.expected(**files)))
+        self.check(self.expected(**files))
 
     def test_a_name_of_a_megabyte_loses_the_number_at_its_end(self):
         for name, shown in (("x" * 500_000 + " · " + "y" * 500_000 + " 2", -2),
@@ -328,7 +328,7 @@ class LargeFileTest(BadSettingsTestCase):
                 {"id": "a", "name": name, "viewMode": "l", "sortMode": "s"}], BINARY)
             self.extension.send({"title": "T", "tag": 700000}, REQUEST)
             [record] = self.home.take_records()
-            self.assertTrue(record["title"] == name[:shown])
+            self.assertEqual(record["title"], name[:shown])
 
 
 if __name__ == "__main__":

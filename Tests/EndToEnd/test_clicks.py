@@ -492,7 +492,7 @@ class EveryRouteOfEveryEntryTest(ClickTestCase):
         extension = self.start()
         builder = MenuBuilder(self.settings, AT_MENU)
         menu = builder.menu()
-        self.assert_same(extension.menu(AT_MENU), menu)
+        self.assertEqual(extension.menu(AT_MENU), menu)
         self.home.new_log_messages()
         for _, item in actionable_items(menu):
             represented = item["representedObject"]

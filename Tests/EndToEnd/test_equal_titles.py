@@ -270,7 +270,7 @@ class EqualTitlesTest(EqualTitlesTestCase):
         for case, (files, _, _, _) in CASES.items():
             with self.subTest(case=case):
                 settings = self.write(**files)
-                self.assert_same(self.extension.menu(AT_MENU),
+                self.assertEqual(self.extension.menu(AT_MENU),
                                  MenuBuilder(settings, AT_MENU).menu())
 
     def test_a_tagged_entry_has_the_selection_of_its_menu_where_finder_gives_none(self):

@@ -54,14 +54,14 @@ class HardSelectionTest(EndToEndTestCase):
         builder = MenuBuilder(self.settings, request)
         expected = builder.menu()
         menu = self.extension.menu(request)
-        self.assert_same(menu, expected)
-        self.assert_same(self.home.new_log_messages(), builder.log)
+        self.assertEqual(menu, expected)
+        self.assertEqual(self.home.new_log_messages(), builder.log)
         item = next(item for _, item in actionable_items(menu) if item["title"] == "压缩为 ZIP")
         click = ClickModel(self.settings).click(item, request)
         self.extension.click(item_at(menu, "压缩与解压缩", "压缩为 ZIP"), request)
         [record] = self.home.take_records()
         self.assert_record(record, click.record)
-        self.assert_same(self.home.new_log_messages(), click.log)
+        self.assertEqual(self.home.new_log_messages(), click.log)
 
     def test_a_path_is_kept_byte_for_byte(self):
         for name, path in PATHS.items():
@@ -122,7 +122,7 @@ class HardSelectionTest(EndToEndTestCase):
                 settings = home.settings(**samples.user_data())
                 home.write_settings(settings)
                 extension = self.start_extension(home)
-                self.assert_same(extension.menu(Request(["/a"])),
+                self.assertEqual(extension.menu(Request(["/a"])),
                                  MenuBuilder(settings, Request(["/a"])).menu())
                 extension.send({"title": "压缩为 ZIP"}, Request(["/a"]))
                 self.assertEqual(len(home.records()), 1)

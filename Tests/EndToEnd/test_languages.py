@@ -46,7 +46,7 @@ class LanguagesTest(EndToEndTestCase):
                             feature_settings=samples.feature_settings(layout),
                             translations=translations(language), **files)
                         self.home.write_settings(settings)
-                        self.assert_same(extension.menu(REQUEST),
+                        self.assertEqual(extension.menu(REQUEST),
                                          MenuBuilder(settings, REQUEST).menu())
 
     def test_a_menu_without_a_feature_says_so_in_the_language(self):
@@ -57,7 +57,7 @@ class LanguagesTest(EndToEndTestCase):
             self.assertEqual([item["title"] for item in menu["items"]], [title])
 
     def test_without_a_language_the_texts_are_simplified_chinese(self):
-        self.assert_same(self.start_extension().menu(REQUEST),
+        self.assertEqual(self.start_extension().menu(REQUEST),
                          MenuBuilder(self.home.settings(), REQUEST).menu())
 
     def test_the_titles_of_a_language_are_those_of_its_table(self):

@@ -235,7 +235,7 @@ class MenuTestCase(EndToEndTestCase):
         expected = builder.menu(kind)
         answer = self.extension.request("menu", kind=kind, selectedPaths=request.selected,
                                         targetedPath=request.targeted)
-        self.assert_same(answer["menu"], expected)
+        self.assertEqual(answer["menu"], expected)
         self.assertEqual(answer["unifiedLog"], [builder.unified_log(kind)])
         self.assertEqual(answer["events"], [])
         self.assertEqual(self.home.new_log_messages(), builder.log)

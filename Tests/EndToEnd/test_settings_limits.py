@@ -37,7 +37,7 @@ class SettingsLimitsTest(EndToEndTestCase):
         self.extension = self.start_extension()
 
     def check(self, **files):
-        self.assert_same(self.extension.menu(REQUEST),
+        self.assertEqual(self.extension.menu(REQUEST),
                          MenuBuilder(self.home.settings(**files), REQUEST).menu())
 
     def check_feature_settings(self, usable):

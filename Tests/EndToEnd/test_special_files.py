@@ -70,7 +70,7 @@ class SpecialSettingsFileTest(SpecialFilesTestCase):
             put(self.home.quorva / name)
         # If it hangs, it does not end by itself either.
         extension = self.start_mortal_extension()
-        self.assert_same(extension.menu(REQUEST),
+        self.assertEqual(extension.menu(REQUEST),
                          MenuBuilder(self.home.settings(), REQUEST).menu())
         extension.send(ITEM, REQUEST)
         self.assertEqual([record["actionID"] for record in self.home.records()], ["compressToZIP"])
@@ -103,7 +103,7 @@ class SpecialSettingsFileTest(SpecialFilesTestCase):
         for name in SETTINGS_FILES:
             (self.home.quorva / name).rename(self.home.path / name)
             (self.home.quorva / name).symlink_to(self.home.path / name)
-        self.assert_same(self.start_extension().menu(REQUEST),
+        self.assertEqual(self.start_extension().menu(REQUEST),
                          MenuBuilder(settings, REQUEST).menu())
 
 
