@@ -7,7 +7,7 @@ import unittest
 from pathlib import Path
 
 from menu_model import Request
-from quorva_process import RECORD_KEYS, SETTINGS_FILES, EndToEndTestCase, titles
+from quorva_process import SETTINGS_FILES, EndToEndTestCase, titles
 
 GUIDE = Path(__file__).resolve().parents[2] / "Documentation" / "Embedding.md"
 
@@ -56,10 +56,9 @@ class ExamplesTest(EndToEndTestCase):
     def test_presets_are_shown(self):
         self.assertEqual(self.menu("viewOptions"), [("Change View", ["Gallery · Size"])])
 
-    def test_the_record_has_the_members_of_a_record(self):
+    def test_the_record_is_one_that_the_extension_writes(self):
         [example] = examples("json").values()
         record = json.loads(example)
-        self.assertEqual(list(record), RECORD_KEYS)
         extension = self.start_extension(language="en")
         extension.send({"title": "T", "representedObject": {
             "type": "dictionary", **{key: record[key] for key in (

@@ -6,15 +6,14 @@ QUORVA_CLICKS says how many clicks each process makes.
 import collections
 import errno
 import itertools
-import json
 import os
 import threading
 import unittest
 
 from menu_model import Request
 from quorva_process import (
-    QUEUED, RECORD_KEYS, SMALL_DISK, EndToEndTestCase, Home, alone, end_containing_application,
-    application_bundle, until)
+    QUEUED, SMALL_DISK, EndToEndTestCase, Home, alone, application_bundle,
+    end_containing_application, queue_record, until)
 
 CLICKS = int(os.environ.get("QUORVA_CLICKS", "100"))
 PROCESSES = 8
@@ -31,13 +30,8 @@ class QueueTestCase(EndToEndTestCase):
 
     def titles_in(self, *queues):
         """The titles of the records, each of which must be whole."""
-        titles = []
-        for queue in queues:
-            for file in queue.glob("*.json"):
-                record = json.loads(file.read_bytes().decode("utf-8"))
-                self.assertEqual(list(record), RECORD_KEYS)
-                titles.append(record["title"])
-        return sorted(titles)
+        return sorted(queue_record(file.read_bytes())["title"]
+                      for queue in queues for file in queue.glob("*.json"))
 
     def count_in_log(self, message):
         """How many lines say so, whether or not every other line is whole."""
@@ -160,7 +154,7 @@ class SharedQueueTest(QueueTestCase):
                 content = file.read_bytes()
             except FileNotFoundError:
                 continue
-            self.assertEqual(list(json.loads(content.decode("utf-8"))), RECORD_KEYS)
+            queue_record(content)
 
 
 if __name__ == "__main__":

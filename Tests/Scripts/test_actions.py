@@ -1,4 +1,4 @@
-"""scripts/actions and the document that it writes."""
+"""scripts/actions and what it writes."""
 
 import shutil
 import subprocess
@@ -34,13 +34,21 @@ class ActionsTest(unittest.TestCase):
         self.assertIn(old, text)
         path.write_text(text.replace(old, new), encoding="utf-8")
 
-    def test_the_document_is_what_the_catalogue_says(self):
+    def test_the_document_and_the_schemas_are_what_the_catalogue_says(self):
         result = self.check()
         self.assertEqual((result.returncode, result.stderr), (0, ""))
 
     def test_a_new_title_makes_the_document_old(self):
         self.replace(TABLES, '"New Folder"', '"Another Folder"')
-        self.assertIn("run scripts/actions", self.check().stderr)
+        self.assertIn("Actions.md is not what the catalogue says: run scripts/actions",
+                      self.check().stderr)
+
+    def test_a_new_identifier_makes_the_schemas_old(self):
+        for schema in ("ActionRecord", "FeatureSettings"):
+            name = f"Documentation/Schemas/{schema}.schema.json"
+            self.replace(name, '"mergePDFs"', '"mergeTwoPDFs"')
+            self.assertIn(f"{name} is not what", self.check().stderr)
+            self.replace(name, '"mergeTwoPDFs"', '"mergePDFs"')
 
     def test_a_new_command_needs_a_sentence(self):
         self.replace(CATALOGUE, '{"mergePDFs",', '{"mergeTwoPDFs",')
