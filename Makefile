@@ -1,8 +1,8 @@
 # A thin front for scripts/ and the CMake presets: `make help` lists it. PRESET=NAME builds another
 # preset than the system's own.
 
-.PHONY: help setup linux-only build run test coverage bench soak fuzz format format-check lint \
-  macos-check appex clean
+.PHONY: help setup linux-only build run test test-fast coverage bench soak fuzz format \
+  format-check lint macos-check appex clean
 
 help:  ## list the targets
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "%-14s%s\n", $$1, $$2 }' $(MAKEFILE_LIST)
@@ -28,6 +28,9 @@ endif
 
 test: setup  ## build and pass every test
 	@scripts/test
+
+test-fast: setup  ## build and pass the unit and the Cocoa tests
+	@scripts/test --fast
 
 coverage: linux-only setup  ## fail unless the unit tests reach everything in the core (Linux)
 	@scripts/coverage
