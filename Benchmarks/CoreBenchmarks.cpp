@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "Benchmarks/Main.hpp"
 #include "Benchmarks/Settings.hpp"
 #include "QuorvaFinderExtension/FinderExtension.hpp"
 #include "QuorvaFinderExtension/FinderSyncMenus.hpp"
@@ -201,3 +202,8 @@ void presetName(benchmark::State& benchmark) {
 BENCHMARK(presetName)->Apply(sizes);
 
 }  // namespace
+
+int main(int argumentCount, char** arguments) {
+    benchmarks::initialize(argumentCount, arguments);
+    benchmark::RunSpecifiedBenchmarks();
+}

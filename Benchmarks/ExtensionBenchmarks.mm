@@ -2,12 +2,12 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 
 #import "Benchmarks/Floor.h"
+#include "Benchmarks/Main.hpp"
 #include "Benchmarks/Settings.hpp"
 #import "Cocoa/FinderSync.h"
 #import "Cocoa/PropertyListConversion.h"
@@ -191,15 +191,8 @@ BENCHMARK(refreshMonitoredFolders)->ArgName("folders")->Arg(10)->Arg(1000)->Arg(
 
 int main(int argumentCount, char** arguments) {
     @autoreleasepool {
+        benchmarks::initialize(argumentCount, arguments);
         [NSApplication sharedApplication];
-        benchmark::Initialize(&argumentCount, arguments);
-        if (benchmark::ReportUnrecognizedArguments(argumentCount, arguments)) {
-            return EXIT_FAILURE;
-        }
-        // Every message of the extension goes to the console, which is not what is measured here.
-        if (std::freopen("/dev/null", "w", stderr) == nullptr) {
-            return EXIT_FAILURE;
-        }
         benchmark::RunSpecifiedBenchmarks();
     }
     return EXIT_SUCCESS;

@@ -13,7 +13,7 @@ PRESETS = "print('  \"dev\"', '  \"asan\"', sep='\\n')"
 WRONG = {
     "actions": ("Actions.md",),
     "appex": ("one folder", "another"),
-    "benchmark": ("release",),
+    "benchmark": ("--quick", "click"),
     "build": ("no such preset",),
     "coverage": ("dev",),
     "embed": ("One.app", "Another.app"),

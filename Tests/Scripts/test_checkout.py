@@ -44,7 +44,7 @@ class CheckoutTest(ScriptTestCase):
     def build(self, project):
         result = self.run_script(project / "scripts" / "build")
         self.assertEqual(result.returncode, 0, result.stdout + result.stderr)
-        return result.stderr
+        return result.stdout + result.stderr
 
     def program(self, project):
         return (project / "build" / "dev" / "program").read_text()
