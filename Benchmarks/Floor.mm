@@ -123,15 +123,21 @@ FloorMenu floorMenu(const quorva::Menu& menu) {
             std::holds_alternative<quorva::FinderActionContextPointer>(item.representedObject);
         const bool hasDictionary =
             std::holds_alternative<quorva::PropertyList::Dictionary>(item.representedObject);
-        result.items.push_back(
-            {item.isSeparator,
-             localizedTitles().contains(item.title) ? [foundationString(item.title) retain] : nil,
-             item.title, item.action != quorva::MenuItem::Action::none, item.enabled,
-             item.identifier.value_or(""), static_cast<NSInteger>(item.tag),
-             hasContext      ? FloorItem::context
-             : hasDictionary ? FloorItem::dictionary
-                             : FloorItem::nothing,
-             item.submenu ? std::make_unique<FloorMenu>(floorMenu(*item.submenu)) : nullptr});
+        result.items.push_back({
+            .isSeparator = item.isSeparator,
+            .key = localizedTitles().contains(item.title) ? [foundationString(item.title) retain]
+                                                          : nil,
+            .title = item.title,
+            .isActionable = item.action != quorva::MenuItem::Action::none,
+            .enabled = item.enabled,
+            .identifier = item.identifier.value_or(""),
+            .tag = static_cast<NSInteger>(item.tag),
+            .representedObject = hasContext      ? FloorItem::context
+                                 : hasDictionary ? FloorItem::dictionary
+                                                 : FloorItem::nothing,
+            .submenu =
+                item.submenu ? std::make_unique<FloorMenu>(floorMenu(*item.submenu)) : nullptr,
+        });
     }
     return result;
 }
