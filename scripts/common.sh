@@ -5,7 +5,7 @@ set -eu
 caller=$PWD
 script=${0##*/}
 # An inherited CDPATH would have `cd` go elsewhere, and print where.
-scripts=$(CDPATH='' cd -- "$(dirname -- "$0")" && pwd)
+scripts=$(CDPATH='' cd -- "$(dirname -- "$0")" && pwd -P)
 root=${scripts%/*}
 cd -- "$root"
 

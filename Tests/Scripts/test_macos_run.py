@@ -223,6 +223,13 @@ class MacOSRunTest(ScriptTestCase):
             with self.subTest(version):
                 self.assertIn(place, self.assert_runs("--yes", VERSION=version))
 
+    def test_a_checkout_that_is_reached_through_a_link_is_used_by_its_own_path(self):
+        link = self.folder / "link"
+        link.symlink_to(self.project)
+        self.project = link
+        self.assert_runs("--yes")
+        self.assertIn(["-a", str(self.extension)], self.calls("pluginkit"))
+
     def test_undoing_takes_everything_out_but_what_is_not_its_own(self):
         self.assert_runs("--yes")
         (self.settings / "FeatureSettings.plist").write_text("changed")
