@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <source_location>
 #include <span>
@@ -38,6 +39,16 @@ inline void require(bool holds, const char* promise,
 template <typename Range, typename Value, typename Projection = std::identity>
 bool contains(const Range& range, const Value& value, Projection projection = {}) {
     return std::ranges::find(range, value, projection) != std::ranges::end(range);
+}
+
+/// Whether JSON has a form for `text`: the reader's view of what is UTF-8.
+inline bool isText(const std::string& text) {
+    try {
+        static_cast<void>(nlohmann::json(text).dump());
+        return true;
+    } catch (const nlohmann::json::exception&) {
+        return false;
+    }
 }
 
 inline const std::string settingsFolder = "/Users/ada/Library/Application Support/Quorva";

@@ -8,16 +8,6 @@
 namespace quorva {
 namespace {
 
-/// Whether JSON has a form for `text`: the reader's view of what is UTF-8.
-bool isText(const std::string& text) {
-    try {
-        static_cast<void>(nlohmann::json(text).dump());
-        return true;
-    } catch (const nlohmann::json::exception&) {
-        return false;
-    }
-}
-
 std::vector<std::string> pathsOfSelection(const QuorvaActionRecord& record) {
     std::vector<std::string> paths;
     for (const FileURL& url : record.selectedURLs.urls()) {

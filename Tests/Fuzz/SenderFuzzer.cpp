@@ -204,7 +204,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::optional<EntryRecord> record = click(extension, sender);
     if (isChanged) {
         checkArbitrarySender(sender, clickables, record);
-    } else if (record) {
+    } else if (!record) {
+        const auto& [actionID, title, destination] = clicked.record;
+        require(!isText(actionID) || !isText(title) || !isText(destination),
+                "a click is recorded where JSON has a form for the entry");
+    } else {
         require(*record == clicked.record || mayBeCommand(clicked.record, *record),
                 "a click acts on the entry that was clicked");
     }
