@@ -68,7 +68,7 @@ class ExtensionProcess:
         output = self.process.stdout.fileno()
         while b"\n" not in pieces[-1]:
             ready = select.select([output], [], [], 0.1)[0]
-            self._show_new_errors("\n")
+            self._show_new_errors(b"\n")
             piece = os.read(output, 1 << 20) if ready else b""
             if ready and not piece:
                 self._received = b"".join(pieces)
@@ -107,16 +107,17 @@ class ExtensionProcess:
             self.process.wait(self.end_limit)
         except subprocess.TimeoutExpired:
             self.process.kill()
-        self._show_new_errors("")
+        self._show_new_errors(b"")
         return self.process.wait()
 
     def _show_new_errors(self, end):
         """Shows what has come to standard error since, as far as the last `end`."""
         if self._show_errors:
-            text = self.standard_error()[self._shown:]
+            size = os.fstat(self._errors).st_size - self._shown
+            text = os.pread(self._errors, size, self._shown)
             text = text[:text.rfind(end) + len(end)]
             self._shown += len(text)
-            self._show_errors(text)
+            self._show_errors(text.decode("utf-8", "replace"))
 
     def _ended(self):
         status = self.end()
