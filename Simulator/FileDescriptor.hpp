@@ -1,12 +1,9 @@
 #pragma once
 
-#include <fcntl.h>
 #include <poll.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
 #include <string_view>
 #include <utility>
 
@@ -32,13 +29,6 @@ class FileDescriptor {
  private:
     int number_;
 };
-
-/// Waits for the lock that whoever empties the queue `folder` holds meanwhile, and holds it as long
-/// as the descriptor is open. Negative, with `errno`, where there is no such folder.
-[[nodiscard]] inline FileDescriptor lockQueue(const std::filesystem::path& folder) {
-    FileDescriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return flock(descriptor.number(), LOCK_EX) == 0 ? std::move(descriptor) : FileDescriptor();
-}
 
 /// Writes all of `bytes`, waiting where `descriptor` does not. Returns 0 or the error's number.
 [[nodiscard]] inline int writeAll(int descriptor, std::string_view bytes) {

@@ -1,6 +1,9 @@
 #include "Simulator/ContainingApplication/ActionQueue.hpp"
 
+#include <fcntl.h>
 #include <pwd.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -111,8 +114,8 @@ void drain(const path& queue, const path& performed) {
     if (!std::filesystem::exists(queue)) {
         return;
     }
-    const FileDescriptor lock = lockQueue(queue);
-    require(lock.number() >= 0, queue);
+    const FileDescriptor lock(open(queue.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    require(flock(lock.number(), LOCK_EX) == 0, queue);
     std::vector<Record> records;
     for (const auto& entry : std::filesystem::directory_iterator(queue)) {
         const path& file = entry.path();

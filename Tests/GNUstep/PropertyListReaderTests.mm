@@ -86,7 +86,7 @@ TEST_F(WrittenPropertyLists, AreAnErrorWhenTheyAreHostile) {
     EXPECT_EQ(count, 27);
 }
 
-TEST_F(WrittenPropertyLists, AreNoDictionaryWhenTruncatedAnywhere) {
+TEST_F(WrittenPropertyLists, AreNotReadAsADictionaryWhenTruncated) {
     for (const char* name : {"settings.xml", "settings.binary"}) {
         const quorva::Data whole = data(name);
         const auto expected = propertyListWithData(whole);
