@@ -3,6 +3,7 @@
 import contextlib
 import ctypes
 import os
+import struct
 
 # The extension's home, below that of the account.
 CONTAINER = "Library/Containers/app.ferrolin.Quorva.FinderExtension/Data"
@@ -15,9 +16,8 @@ ENTITLED = ("Desktop", "Documents", "Library/Mobile Documents/com~apple~CloudDoc
             "Library/Mobile Documents/com~apple~CloudDocs/Documents")
 
 CLONE_NEWNS, CLONE_NEWUSER = 0x20000, 0x10000000
-MS_RDONLY, MS_REMOUNT, MS_BIND, MS_REC, MS_PRIVATE = 1, 0x20, 0x1000, 0x4000, 0x40000
-# Those of a mount that a user must not take from it: nosuid, nodev, noexec, noatime, nodiratime.
-LOCKED_FLAGS = 2 | 4 | 8 | 0x400 | 0x800
+MS_BIND, MS_REC, MS_PRIVATE = 0x1000, 0x4000, 0x40000
+AT_FDCWD, AT_RECURSIVE, MOUNT_ATTR_RDONLY = -100, 0x8000, 1
 PR_CAPBSET_DROP = 24
 CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH, CAP_SYS_ADMIN = 1, 2, 21
 
@@ -34,10 +34,31 @@ def lay_out_container(home, account_home):
 
 
 def enter_sandbox(container, account_home, application):
-    """Shuts this process and what it starts in: "/tmp" is read only, and of the account's home
-    there is nothing but the container, what the entitlements open, and the application. What lies
-    there can be reached, the folders around it not be listed or changed. Raises OSError where the
-    system allows no namespaces."""
+    """Shuts this process and what it starts in: "/tmp" and what is mounted below it is read only,
+    and of the account's home there is nothing but the container, what the entitlements open, and
+    the application. What lies there can be reached, the folders around it not be listed or changed.
+    Raises OSError, with everything as it was, where the system does not allow that."""
+    # There is no way back, so another process goes first.
+    reader, writer = os.pipe()
+    rehearsal = os.fork()
+    if rehearsal == 0:
+        status = 1
+        try:
+            _enter(container, account_home, application)
+            status = 0
+        except OSError as error:
+            os.write(writer, error.strerror.encode())
+        finally:
+            os._exit(status)
+    os.close(writer)
+    with open(reader, encoding="utf-8") as reasons:
+        reason = reasons.read()
+    if os.waitpid(rehearsal, 0)[1] != 0:
+        raise OSError(0, reason or "a process that tried it ended")
+    _enter(container, account_home, application)
+
+
+def _enter(container, account_home, application):
     libc = ctypes.CDLL(None, use_errno=True)
 
     def call(function, *arguments):
@@ -47,6 +68,11 @@ def enter_sandbox(container, account_home, application):
     def mount(source, target, kind=None, flags=0, data=None):
         arguments = [value and os.fsencode(value) for value in (source, target, kind, data)]
         call("mount", *arguments[:3], ctypes.c_ulong(flags), arguments[3])
+
+    def make_read_only(target, flags=0):
+        attributes = struct.pack("QQQQ", MOUNT_ATTR_RDONLY, 0, 0, 0)
+        call("mount_setattr", AT_FDCWD, os.fsencode(target), flags, attributes,
+             ctypes.c_size_t(len(attributes)))
 
     if os.path.realpath(account_home) == "/":
         raise OSError(0, "the account's home is the root folder")
@@ -63,8 +89,7 @@ def enter_sandbox(container, account_home, application):
     shown = {path: os.open(path, os.O_PATH)
              for path in (container, application, *entitled) if os.path.isdir(path)}
     mount("/tmp", "/tmp", flags=MS_BIND | MS_REC)
-    mount(None, "/tmp", flags=MS_REMOUNT | MS_BIND | MS_RDONLY
-          | os.statvfs("/tmp").f_flag & LOCKED_FLAGS)
+    make_read_only("/tmp", AT_RECURSIVE)
     if os.path.isdir(account_home):
         mount("tmpfs", account_home, "tmpfs", data="mode=0311")
     umask = os.umask(0o466)
@@ -74,8 +99,8 @@ def enter_sandbox(container, account_home, application):
         os.close(descriptor)
     os.umask(umask)
     if os.path.isdir(account_home):
-        mount(None, account_home, flags=MS_REMOUNT | MS_BIND | MS_RDONLY)
+        make_read_only(account_home)
     os.chdir(container)
     # Root has them still; what it starts has not. Another user's program has none anyway.
     for capability in (CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH, CAP_SYS_ADMIN):
-        libc.prctl(PR_CAPBSET_DROP, capability, 0, 0, 0)
+        call("prctl", PR_CAPBSET_DROP, capability, 0, 0, 0)
