@@ -21,10 +21,13 @@ ifeq ($(shell uname),Darwin)
 run: setup
 	@scripts/macos-run
 else
-run: setup  ## show menus, clicks and their records: in a simulated Finder, on a Mac in its own
+run: setup  ## show menus, clicks and their records: in a simulated Finder (LANGUAGE=en LAYOUT=expanded), on a Mac in its own
 	@scripts/build dev finder-sim Quorva QuorvaFinderExtension
-	@build/dev/finder-sim demo
+	@build/dev/finder-sim demo $(call demo_option,LANGUAGE,--language) $(call demo_option,LAYOUT,--layout)
 endif
+
+# Only of the command line: many systems have a LANGUAGE of their own in the environment.
+demo_option = $(if $(filter command,$(origin $(1))),$(2) '$($(1))')
 
 test: setup  ## build and pass every test
 	@scripts/test

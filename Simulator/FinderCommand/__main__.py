@@ -1,22 +1,25 @@
 """finder-sim: Finder, as far as an extension with a menu can tell, on the command line."""
 
 import argparse
-import contextlib
 import os
 import sys
 
-from click import click, click_text, request_menu
+from click import PATIENCE, click, click_text, is_awaited, request_menu
 from demo import prepare_home, run_demo
 from extension_process import (
     ExtensionProcess, Failure, InvalidResponse, member, start_virtual_display)
 from menu import entry_named, menu_entries, menu_tree
-from sandbox import enter_sandbox, lay_out_container
+from sandbox import CONTAINER, enter_sandbox, lay_out_container
+from settings import copy_settings, set_layout
 from supervisor import supervise
-from terminal import escaped, json_text, write
+from terminal import escaped, json_text, show_errors, write
+from version import VERSION
 
 FOOTER = r"""
 finder-sim COMMAND --help lists the options of a command.
 A character that a terminal could act on is shown as \u and its four digits.
+The exit status is 0; 1 after a failure, which a line on standard error names; and 128 and the
+number of the signal after an interrupt, 130 after Ctrl-C.
 The protocol that it speaks with the extension is in Documentation/ExtensionProtocol.md.
 """
 
@@ -26,11 +29,12 @@ usage: finder-sim COMMAND [OPTION...]
 finder-sim plays Finder for Quorva's extension: it starts the extension from
 Quorva.app/Contents/PlugIns beside this program, asks it for menus, and clicks.
 
-  finder-sim demo
+  finder-sim demo --language en
   finder-sim menu --select ~/Documents/report.txt --target ~/Documents
   finder-sim menu --target ~/Documents --kind container --language en
   finder-sim click 复制名称与路径 复制完整路径 --select ~/Documents/report.txt
   finder-sim click 复制完整路径 --select ~/a.txt --delivery finder --launch
+  finder-sim --version
 
 The extension reads its settings from, and queues its records in, "Library/
 Application Support/Quorva" below the home folder: --home, or else $HOME. Where
@@ -57,10 +61,14 @@ told otherwise; where the system does not let it be enforced, the demonstration 
 and other commands fail"""
 
 
+class Information(Exception):
+    """Text that was asked for in place of work."""
+
+
 class Parser(argparse.ArgumentParser):
 
     def print_help(self, file=None):
-        write(self.format_help())
+        raise Information(self.format_help())
 
     def error(self, message):
         raise Failure(escaped(message) + " (--help says more)")
@@ -95,7 +103,14 @@ def one_of(*values):
         if value not in values:
             raise argparse.ArgumentTypeError(f"{value} is not one of {', '.join(values)}")
         return value
+    choice.values = values
     return choice
+
+
+def position(value):
+    if not (value.isascii() and value.isdigit() and int(value)):
+        raise argparse.ArgumentTypeError(f"{value} is not a number from 1")
+    return int(value)
 
 
 def command_parser(command):
@@ -103,11 +118,14 @@ def command_parser(command):
         prog=f"finder-sim {command}", description=COMMANDS[command], epilog=FOOTER,
         allow_abbrev=False, formatter_class=lambda prog: argparse.RawDescriptionHelpFormatter(
             prog, max_help_position=26, width=100))
-    parser.set_defaults(select=[], target=None, delivery=None, launch=False, keep_running=False)
+    parser.set_defaults(select=[], target=None, delivery=None, launch=False, keep_running=False,
+                        layout=None, sandbox=False, verbose=False)
     add = parser.add_argument
     if command == "click":
         add("titles", metavar="TITLE", nargs="+",
             help="The titles on the way to the entry, or its last ones when they say enough")
+        add("--entry", metavar="N", action=Once, type=position,
+            help="Of the entries that the titles name, the first, the second and so on")
     if command != "directories":
         add("--select", metavar="PATH", action="append", type=absolute_path,
             help="An item to select; once for each. Without one nothing is selected")
@@ -117,10 +135,17 @@ def command_parser(command):
             help="Where the menu is opened: items, container, sidebar or toolbar. Without it items "
             "when something is selected, else container")
         add("--language", action=Once, type=one_of("en", "zh-Hans", "zh-Hant"),
-            help="The language of the menu: en, zh-Hans (the default) or zh-Hant")
+            help=f"The language of the menu{' and the samples' if command == 'demo' else ''}: en, "
+            "zh-Hans (the default) or zh-Hant")
+    if command in ("menu", "demo"):
+        add("--layout", action=Once, type=one_of("collapsed", "expanded"),
+            help="Show the menu collapsed or expanded, whatever the settings say. "
+            + ("Without it both are shown" if command == "demo" else "It is made from a copy of "
+               "them in a temporary home, which JSON then shows in the paths of built-in places"))
     add("--home", metavar="DIR", action=Once, type=absolute_path,
-        help="The home folder of the extension, its container on a Mac; with --sandbox the one "
-        "that the container is in. The demonstration works on a copy of it")
+        help="The home folder of the extension, its container on a Mac"
+        + "; with --sandbox the one that the container is in"
+        + (". It is copied, and the copy worked on" if command == "demo" else ""))
     add("--account-home", metavar="DIR", action=Once, type=absolute_path,
         help="The home folder that the user's account has, where it is another")
     add("--sandbox", action=argparse.BooleanOptionalAction, help=SANDBOX_HELP,
@@ -143,12 +168,13 @@ def command_parser(command):
 
 def parse(arguments):
     command, *rest = arguments or [""]
-    if command in ("-h", "--help"):
-        write(HELP + "".join(f"  {name:13}{text}\n" for name, text in COMMANDS.items()) + FOOTER)
-        sys.exit(0)
+    if command in ("-h", "--help", ""):
+        text = HELP + "".join(f"  {name:13}{text}\n" for name, text in COMMANDS.items()) + FOOTER
+        raise Information(text) if command else Failure("a command is missing\n\n" + text[:-1])
+    if command == "--version":
+        raise Information(f"finder-sim {VERSION}\n")
     if command not in COMMANDS:
-        raise Failure(escaped(f"{command} is not a command" if command else "a command is missing")
-                      + " (--help says more)")
+        raise Failure(escaped(f"{command} is not a command (--help says more)"))
     parser = command_parser(command)
     # Titles may come between options, or else begin with a dash.
     options = (parser.parse_args if "--" in rest else parser.parse_intermixed_args)(rest)
@@ -160,8 +186,9 @@ def parse(arguments):
     return options
 
 
-def prepare_environment(options, application):
-    """Gives the extension the environment that the options ask for, and the sandbox."""
+def prepare_environment(options, application, folder):
+    """Gives the extension the environment that the options ask for, and the sandbox. A home that is
+    to have other settings than the user's is `folder`."""
     for name, value in (("HOME", options.home), ("SIMULATOR_ACCOUNT_HOME", options.account_home),
                         ("SIMULATOR_LANGUAGE", getattr(options, "language", None))):
         if value:
@@ -172,10 +199,17 @@ def prepare_environment(options, application):
         raise Failure("HOME is not an absolute path: name the home with --home")
     if not is_utf8(home):
         raise Failure("the home folder's path is not UTF-8")
+    extension_home = home
+    if options.layout and options.command != "demo":
+        extension_home = os.environ["HOME"] = folder
+        os.mkdir(folder, 0o700)
+        below = CONTAINER if options.sandbox else ""
+        copy_settings(os.path.join(home, below), os.path.join(folder, below))
+        set_layout(os.path.join(folder, below), options.layout)
     is_required, options.sandbox = options.sandbox, "none"
     if is_required is not False:
         account_home = os.environ.setdefault("SIMULATOR_ACCOUNT_HOME", home)
-        container = lay_out_container(home, account_home)
+        container = lay_out_container(extension_home, account_home)
         os.environ["HOME"] = container
         os.environ.update(dict.fromkeys(("TMPDIR", "TEMP", "TMP"), container + "/tmp"))
         os.environ["DISPLAY"] = start_virtual_display()[1]
@@ -200,19 +234,14 @@ def show_response(options, extension):
         response = request_menu(extension, options)
         text = menu_tree(response["menu"])
     if options.command == "click":
-        entry = entry_named(menu_entries(response["menu"]), options.titles)
+        entry = entry_named(menu_entries(response["menu"]), options.titles, options.entry)
         response = click(extension, entry, options)
         text = click_text(response)
     write(json_text(response) + "\n" if options.json else text)
     if options.command == "click" and not response["records"]:
         raise Failure("no record of the click was written (--verbose says why)")
-    if options.command == "click" and options.launch and not response["performed"]:
-        raise Failure("Quorva did not perform the record within 10 seconds")
-
-
-def show_errors(text):
-    with contextlib.suppress(Failure):
-        write(escaped(text, "\n"), 2)
+    if options.command == "click" and is_awaited(response, options) and not response["performed"]:
+        raise Failure(f"Quorva did not perform the record within {PATIENCE} seconds")
 
 
 def carry_out(options, folder):
@@ -220,10 +249,14 @@ def carry_out(options, folder):
     application = os.path.join(build_folder, "Quorva.app")
     if options.command == "demo":
         prepare_home(options, os.path.join(build_folder, "Samples/Home"), folder)
-    prepare_environment(options, application)
-    extension = ExtensionProcess(
-        application + "/Contents/PlugIns/QuorvaFinderExtension.appex/Contents/MacOS/"
-        "QuorvaFinderExtension", show_errors=show_errors if options.verbose else None)
+    prepare_environment(options, application, folder)
+
+    def start_extension():
+        return ExtensionProcess(
+            application + "/Contents/PlugIns/QuorvaFinderExtension.appex/Contents/MacOS/"
+            "QuorvaFinderExtension", show_errors=show_errors if options.verbose else None)
+
+    extension = start_extension()
     try:
         if options.command == "demo":
             run_demo(extension, options)
@@ -233,10 +266,10 @@ def carry_out(options, folder):
         extension.end()
 
 
-def exit_status(folder):
-    """Carries out the command line. A failure becomes a line on standard error."""
+def exit_status(work):
+    """Carries out `work`. A failure becomes a line on standard error."""
     try:
-        carry_out(parse(sys.argv[1:]), folder)
+        work()
         return 0
     except SystemExit as end:
         return end.code
@@ -255,7 +288,22 @@ def main():
     while os.open(os.devnull, os.O_RDONLY) < 3:
         pass
     folder = os.path.join(os.environ.get("TMPDIR") or "/tmp", f"finder-sim.{os.urandom(8).hex()}")
-    sys.exit(supervise(lambda: exit_status(folder), folder, "--keep-running" in sys.argv))
+    keeps_application, outcome = False, None
+    try:
+        options = parse(sys.argv[1:])
+        keeps_application = options.keep_running
+    except (Information, Failure, OSError) as end:
+        outcome = end
+
+    def work():
+        if isinstance(outcome, Information):
+            write(str(outcome))
+        elif outcome:
+            raise outcome
+        else:
+            carry_out(options, folder)
+
+    sys.exit(supervise(lambda: exit_status(work), folder, keeps_application))
 
 
 if __name__ == "__main__":

@@ -8,10 +8,13 @@ import time
 
 from extension_process import member
 from menu import breadcrumbs
-from terminal import escaped, json_text, styled
+from terminal import escaped, json_text, show_errors, styled
 
 # Where records go when the home folder has no room for a queue.
 FALLBACK_QUEUE = "/tmp/quorva-action-queue"
+
+# How many seconds the containing application may take to perform a record.
+PATIENCE = 10
 
 
 def quorva_folder():
@@ -51,7 +54,8 @@ def click(extension, entry, options):
     queued, queued_elsewhere = _records(queue), _records(FALLBACK_QUEUE)
     result = extension.request("click", indexPath=entry.index_path,
                                delivery=options.delivery or "intact", **_finder_state(options))
-    kinds = [member(event, "event", str) for event in member(result, "events", list)]
+    for event in member(result, "events", list):
+        member(event, "event", str)
     records = {name: record for name, record in _records(queue).items() if name not in queued}
     expected = list(records.values())
     if not records:
@@ -61,13 +65,23 @@ def click(extension, entry, options):
     if lock is not None:
         os.close(lock)
     performed = []
-    # An application that the extension does not ask for runs already.
-    is_awaited = options.launch or "openApplication" not in kinds
-    deadline = time.monotonic() + 10
-    while is_awaited and len(performed) < len(expected) and time.monotonic() < deadline:
+    begin = time.monotonic()
+    has_said_so = False
+    awaited = is_awaited(result, options)
+    while awaited and len(performed) < len(expected) and time.monotonic() < begin + PATIENCE:
+        if time.monotonic() > begin + 1 and not has_said_so:
+            has_said_so = True
+            show_errors("finder-sim: waiting for Quorva, which runs, to perform the record\n")
         time.sleep(0.02)
         performed = [line for line in _performed()[performed_before:] if line in expected]
     return result | {"titles": entry.titles, "performed": performed, "records": records}
+
+
+def is_awaited(result, options):
+    """Whether an application is to perform the record of a click: one that is launched or, as the
+    extension asked for none, runs already."""
+    events = (event["event"] for event in result["events"])
+    return options.launch or "openApplication" not in events
 
 
 def _records(queue):

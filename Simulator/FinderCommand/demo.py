@@ -1,14 +1,14 @@
-"""The extension at work in a sample home: both layouts of a menu, and a click on every kind of
+"""The extension at work in a sample home: the layouts of a menu, and a click on every kind of
 entry."""
 
 import os
-import re
 import shutil
 
-from click import click, click_text, quorva_folder, request_menu
+from click import click, click_text, request_menu
 from extension_process import Failure
 from menu import breadcrumbs, menu_entries, menu_tree
 from sandbox import CONTAINER, LINKS
+from settings import FILES, FOLDER, set_layout
 from terminal import escaped, json_text, styled, write
 
 # What is clicked, the beginning of its action identifier, and how it is delivered.
@@ -23,14 +23,29 @@ CLICKS = (
     ("a custom script", "runScript__", "finder"),
 )
 
-SUPPORT = "Library/Application Support"
-LAYOUT = re.compile(b"<string>(collapsed|expanded)</string>")
+# The names of the samples in other languages. The original of one that is part of another comes
+# behind it.
+NAMES = {
+    "转成 PDF 并发邮件": {"en": "Convert to PDF and Mail", "zh-Hant": "轉成 PDF 並寄出"},
+    "给照片加水印": {"en": "Add Watermark", "zh-Hant": "為照片加浮水印"},
+    "列表 · 最近修改": {"en": "List · Date Modified", "zh-Hant": "列表 · 修改日期"},
+    "列表 · 按大小 2": {"en": "List · Size 2", "zh-Hant": "列表 · 大小 2"},
+    "图标 · 按名称": {"en": "Icons · Name", "zh-Hant": "圖像 · 名稱"},
+    "客户 &amp; 合同": {"en": "Clients &amp; Contracts", "zh-Hant": "客戶 &amp; 合約"},
+    "归档": {"en": "Archive", "zh-Hant": "封存"},
+    "备份盘": {"en": "Backup Disk", "zh-Hant": "備份磁碟"},
+    "项目": {"en": "Projects", "zh-Hant": "專案"},
+    "资料": {"en": "Data", "zh-Hant": "資料"},
+    "季度报告": {"en": "Quarterly Report", "zh-Hant": "季度報告"},
+    "购物清单": {"en": "Shopping List", "zh-Hant": "購物清單"},
+}
 
 
 def prepare_home(options, samples, folder):
     """Copies the home that `options` name, or the samples, into `folder`, and has them name the
     copy. In a sandbox the settings lie in the container."""
     original = options.home or samples
+    language = None if options.home else options.language
     home = os.path.join(folder, "ada")
     os.mkdir(folder, 0o700)
     try:
@@ -40,32 +55,41 @@ def prepare_home(options, samples, folder):
     except OSError as error:
         reasons = error.args[0] if isinstance(error, shutil.Error) else [(error.strerror,)]
         raise Failure(f"the home {original} can't be copied: {reasons[0][-1]}") from None
+    if language:
+        _translate(home, language)
     os.environ.setdefault("SIMULATOR_ACCOUNT_NAME", "ada")
     if options.sandbox is False:
         os.environ.setdefault("SIMULATOR_ACCOUNT_HOME", "/Users/ada")
     else:
         options.account_home = options.account_home or home
-        support, container = os.path.join(home, SUPPORT), os.path.join(home, CONTAINER)
-        if os.path.exists(support) and not os.path.exists(container):
-            os.renames(support, os.path.join(container, SUPPORT))
+        settings, container = os.path.join(home, FOLDER), os.path.join(home, CONTAINER)
+        if os.path.exists(settings) and not os.path.exists(container):
+            os.renames(settings, os.path.join(container, FOLDER))
     options.home = home
     options.launch = True
     if not options.select and not options.target:
         options.target = os.path.join(home, "Documents/Reports")
         options.select = [os.path.join(options.target, name)
-                          for name in ("季度报告.txt", "Budget 2026.csv")]
+                          for name in (_translated("季度报告.txt", language), "Budget 2026.csv")]
 
 
-def set_layout(layout):
-    """Makes `layout` the one of the settings. Returns whether they name one."""
-    path = os.path.join(quorva_folder(), "FeatureSettings.plist")
-    if not os.path.isfile(path):
-        return False
-    with open(path, "rb") as file:
-        content, count = LAYOUT.subn(f"<string>{layout}</string>".encode(), file.read())
-    with open(path, "wb") as file:
-        file.write(content)
-    return count > 0
+def _translated(text, language):
+    for original, names in NAMES.items():
+        text = text.replace(original, names.get(language, original))
+    return text
+
+
+def _translate(home, language):
+    """Gives the samples in `home`, and what their settings name, the names of `language`."""
+    for folder, _, names in os.walk(home):
+        for name in names:
+            path = os.path.join(folder, name)
+            if name in FILES:
+                with open(path, encoding="utf-8") as file:
+                    text = _translated(file.read(), language)
+                with open(path, "w", encoding="utf-8") as file:
+                    file.write(text)
+            os.rename(path, os.path.join(folder, _translated(name, language)))
 
 
 def run_demo(extension, options):
@@ -87,9 +111,9 @@ def run_demo(extension, options):
     for path in options.select:
         say("  selected  " + escaped(path))
     say("  sandbox   " + escaped(options.sandbox))
-    menu = show_menu("collapsed" if set_layout("collapsed") else "its own")
-    if set_layout("expanded"):
-        menu = show_menu("expanded")
+    for layout in [options.layout] if options.layout else ["collapsed", "expanded"]:
+        set_layout(os.environ["HOME"], layout)
+        menu = show_menu(layout)
     delivery = options.delivery
     for what, action_id, own_delivery in CLICKS:
         options.delivery = delivery or own_delivery

@@ -11,6 +11,9 @@ Entry = namedtuple("Entry", "titles index_path item is_clickable")
 
 SEPARATOR = {"separator": True}
 
+# How many entries an error lists.
+CHOICES = 9
+
 
 def menu_entries(menu, parent=Entry([], [], None, True)):
     """Every entry of `menu` in the order in which they show, those of a submenu behind the entry
@@ -31,28 +34,53 @@ def menu_entries(menu, parent=Entry([], [], None, True)):
             yield from menu_entries(item["submenu"] or {}, entry._replace(is_clickable=enabled))
 
 
+def shown(title):
+    """A title for people, without the space around it, which nobody sees."""
+    return escaped(title).strip()
+
+
 def breadcrumbs(titles):
     """The titles as one line for people: "Quorva ▸ 新建 ▸ 新建文件夹"."""
-    return " ▸ ".join(map(escaped, titles))
+    return " ▸ ".join(map(shown, titles))
 
 
-def entry_named(entries, titles):
+def entry_named(entries, titles, number=None):
     """The entry that `titles` names: all the titles on the way to it, or so many of its last ones
-    that no other clickable entry is meant. Space around a title, which nobody sees, need not be
-    named. Fails, with those that are meant or with what there is to click, when there is none.
+    that no other clickable entry is meant, or else the one with this number, from 1, of those that
+    are. Space around a title need not be named. Fails when there is none.
     """
+    entries = list(entries)
     clickable = [entry for entry in entries if entry.is_clickable]
     stripped = [title.strip() for title in titles]
-    for named in ([entry for entry in clickable if entry.titles == titles][:1],
-                  [entry for entry in clickable if entry.titles[-len(titles):] == titles],
-                  [entry for entry in clickable
-                   if [title.strip() for title in entry.titles[-len(titles):]] == stripped]):
-        if len(named) == 1:
-            return named[0]
-    raise Failure("\n  ".join(
-        [("there are several entries " if named else "nothing can be clicked at ")
-         + breadcrumbs(titles) + "\nWhat can be clicked:",
-         *(breadcrumbs(entry.titles) for entry in named or clickable)]))
+
+    def ends_so(entry):
+        return [title.strip() for title in entry.titles[-len(titles):]] == stripped
+
+    named = ([entry for entry in clickable if entry.titles == titles]
+             or [entry for entry in clickable if entry.titles[-len(titles):] == titles]
+             or [entry for entry in clickable if ends_so(entry)])
+    if len(named) == 1 and number is None:
+        return named[0]
+    if named and 1 <= (number or 0) <= len(named):
+        return named[number - 1]
+    what = breadcrumbs(titles)
+    if named:
+        choices = [f"{position} {breadcrumbs(entry.titles)}{_destination(entry.item)}"
+                   for position, entry in enumerate(named[:CHOICES], start=1)]
+        raise Failure(f"{what} names {len(named)} of the entries; choose by more titles or with "
+                      f"--entry: {'; '.join(choices)}{'; …' * (len(named) > CHOICES)}")
+    others = [entry.item for entry in entries if ends_so(entry)]
+    why = ("there is no such entry" if not others else
+           "it opens a submenu" if "submenu" in others[0] else "it is disabled")
+    raise Failure(f"{what} can't be clicked: {why} (finder-sim menu, with the same options, shows "
+                  "the menu)")
+
+
+def _destination(item):
+    """What tells entries of one title apart."""
+    context = item.get("representedObject")
+    path = context.get("destinationPath") if isinstance(context, dict) else None
+    return f" ({escaped(path)})" if isinstance(path, str) and path else ""
 
 
 def menu_tree(menu):
@@ -66,7 +94,7 @@ def menu_tree(menu):
 def _line(entry):
     if entry.item == SEPARATOR:
         return styled("────────", "dim")
-    title = escaped(entry.titles[-1])
+    title = shown(entry.titles[-1])
     opens = "submenu" in entry.item
     if not entry.item["enabled"]:
         return styled(f"✕ {title}{' ▸' if opens else ''}  (disabled)", "dim")

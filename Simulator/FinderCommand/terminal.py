@@ -1,5 +1,6 @@
 """What is written for people and for programs."""
 
+import contextlib
 import json
 import os
 import re
@@ -50,3 +51,9 @@ def write(text, descriptor=1):
         raise SystemExit(128 + signal.SIGPIPE) from None
     except OSError as error:
         raise Failure(f"the output could not be written: {error.strerror}") from None
+
+
+def show_errors(text):
+    """Writes to standard error, also when nothing can be written there."""
+    with contextlib.suppress(Failure):
+        write(escaped(text, "\n"), 2)

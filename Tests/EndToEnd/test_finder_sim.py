@@ -5,19 +5,22 @@ import ctypes
 import json
 import os
 import random
+import re
 import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 import time
 import unittest
+from pathlib import Path
 
 import samples
 from menu_model import MenuBuilder, Request, actionable_items
 from quorva_process import (
-    BINARY, CUSTOM_DESTINATIONS, EXTENSION_EXECUTABLE, FALLBACK_QUEUE, TIME_LIMIT, EndToEndTestCase,
-    Home, Run, application_bundle, build_folder, end_containing_application, program_environment,
-    until)
+    BINARY, CUSTOM_DESTINATIONS, EXTENSION_EXECUTABLE, FALLBACK_QUEUE, FEATURE_SETTINGS, TIME_LIMIT,
+    EndToEndTestCase, Home, Run, application_bundle, build_folder, end_containing_application,
+    program_environment, until)
 
 SELECT = ["--select", "/Volumes/Work/a.txt", "--target", "/Volumes/Work"]
 REQUEST = Request(["/Volumes/Work/a.txt"], "/Volumes/Work")
@@ -196,10 +199,11 @@ class FinderSimTest(FinderSimTestCase):
         self.assertEqual(self.containing_applications(), launched)
         until(lambda: len(self.home.performed()) == 2, "both records were performed")
 
-    def test_a_launched_application_that_does_not_perform_the_record_is_a_failure(self):
+    def test_an_application_that_does_not_perform_the_record_is_a_failure(self):
         (self.home.quorva / "Performed.jsonl").mkdir()
         error = self.refused("click", "压缩为 ZIP", *SELECT, "--launch", output=None)
-        self.assertIn("perform", error)
+        self.assertIn("finder-sim: waiting for Quorva", error)
+        self.assertIn("finder-sim: Quorva did not perform the record", error)
         self.assertEqual([record["actionID"] for record in self.home.records()], ["compressToZIP"])
 
     def test_space_around_a_title_need_not_be_named(self):
@@ -208,26 +212,44 @@ class FinderSimTest(FinderSimTestCase):
             [record] = self.home.take_records()
             self.assertEqual(record["actionID"], "moveFilesToDesktop")
 
-    def test_an_unknown_title_lists_what_there_is_to_click(self):
-        error = self.refused("click", "压缩与解压缩", "nothing", *SELECT)
-        self.assertIn("nothing", error.splitlines()[0])
-        for _, item in actionable_items(MenuBuilder(self.settings, REQUEST).menu()):
-            self.assertIn(item["title"], error)
-        self.assertEqual(self.home.records(), [])
+    def test_space_around_a_title_is_not_shown(self):
+        lines = self.finder_sim("menu", "--language", "en", *SELECT).splitlines()
+        self.assertIn("  Move to ▸", lines)
 
-    def test_an_entry_that_is_disabled_is_not_clicked(self):
-        self.refused("click", "压缩为 ZIP")
+    def test_an_entry_that_can_t_be_clicked_is_not_and_one_line_says_why(self):
+        for arguments, reason in ((["压缩与解压缩", "nothing", *SELECT], "no such entry"),
+                                  (["压缩为 ZIP"], "disabled"),
+                                  (["压缩与解压缩", *SELECT], "submenu")):
+            error = self.refused("click", *arguments)
+            self.assertEqual(error.count("\n"), 1)
+            self.assertIn(arguments[0], error)
+            self.assertIn(reason, error)
         self.assertEqual(self.home.records(), [])
 
     def test_a_title_that_several_entries_have_is_not_guessed(self):
         self.home.write("CustomDestinations.plist", {
             "quickOpen": [{"id": "1", "name": "压缩为 ZIP", "path": "/1"}]})
         error = self.refused("click", "压缩为 ZIP", *SELECT)
-        self.assertEqual(
-            error.count("\n  "), 2, "only those that are meant are listed")
+        self.assertIn("1 打开 ▸ 压缩为 ZIP (/1); 2 压缩与解压缩 ▸ 压缩为 ZIP", error)
+        self.assertEqual(error.count("\n"), 1)
         self.assertEqual(self.home.records(), [])
         self.finder_sim("click", "打开", "压缩为 ZIP", *SELECT)
         self.assertEqual(self.home.records()[0]["destinationPath"], "/1")
+
+    def test_of_entries_that_share_all_titles_one_is_chosen_by_its_number(self):
+        self.home.write("CustomDestinations.plist", {"quickOpen": [
+            {"id": str(number), "name": "项目", "path": f"/{number}"} for number in range(12)]})
+        click = ["click", "打开", "项目", *SELECT]
+        for arguments in ([], ["--entry", "13"]):
+            error = self.refused(*click, *arguments)
+            self.assertEqual(error.count("\n"), 1)
+            self.assertIn("--entry: 1 打开 ▸ 项目 (/0); 2 打开 ▸ 项目 (/1); ", error)
+            self.assertLess(len(error), 400, "not all of many are listed")
+        for number in (1, 2, 12):
+            for delivery in ("intact", "finder"):
+                self.finder_sim(*click, "--entry", str(number), "--delivery", delivery)
+                [record] = self.home.take_records()
+                self.assertEqual(record["destinationPath"], f"/{number - 1}")
 
     def test_the_monitored_folders_are_listed(self):
         lines = self.finder_sim("directories").splitlines()
@@ -264,12 +286,23 @@ class FinderSimTest(FinderSimTestCase):
             self.assertIn("usage", output)
         for name in ("menu", "click", "directories", "demo", "finder-sim COMMAND --help"):
             self.assertIn(name, self.finder_sim("--help"))
+
+    def test_without_a_command_the_help_is_shown_as_an_error(self):
+        self.assertIn(self.finder_sim("--help"), self.refused())
+
+    def test_the_version_is_the_project_s(self):
+        cmake = (Path(__file__).parents[2] / "CMakeLists.txt").read_text(encoding="utf-8")
+        version = re.search(r"^  VERSION (\S+)", cmake, re.MULTILINE)[1]
+        self.assertEqual(self.finder_sim("--version"), f"finder-sim {version}\n")
+
+    def test_the_help_of_a_command_lists_its_options(self):
         for option in ("--select", "--target", "--kind", "--home", "--account-home", "--delivery",
                        "--launch", "--json"):
             self.assertIn(option, self.finder_sim("click", "--help"))
 
     def test_wrong_arguments_are_answered_with_one_line_and_another_status(self):
-        for arguments in ([], ["fly"], ["menu", "--kind", "desktop"], ["menu", "--fly"],
+        for arguments in (["fly"], ["menu", "--kind", "desktop"], ["menu", "--fly"],
+                          ["menu", "--layout", "flat"], ["click", "x", "--entry", "0"],
                           ["click", "x", "--delivery", "xpc"], ["menu", "--select"], ["click"],
                           ["menu", "--select", ""], ["menu", "--target", ""],
                           ["menu", "--language", "fr"], ["directories", "--account-home", ""],
@@ -307,6 +340,49 @@ class FinderSimTest(FinderSimTestCase):
         self.assertNotIn(("复制名称与路径", True), expanded)
         self.assertEqual(len(report["clicks"]), 8)
 
+    def test_the_demonstration_shows_one_layout_and_another_language_when_asked_to(self):
+        for language, (destination, file) in {
+                "en": ("Copy to Projects", "Quarterly Report.txt"),
+                "zh-Hans": ("复制到项目", "季度报告.txt"),
+                "zh-Hant": ("拷貝到專案", "季度報告.txt")}.items():
+            report = json.loads(self.finder_sim(
+                "demo", "--json", "--language", language, "--layout", "collapsed"))
+            self.assertEqual([menu["layout"] for menu in report["menus"]], ["collapsed"])
+            self.assertIn(destination, json.dumps(report["menus"], ensure_ascii=False))
+            [record] = report["clicks"][0]["records"].values()
+            self.assertEqual(os.path.basename(record["selectedPaths"][0]), file)
+            self.assertEqual(len(report["clicks"]), 8)
+
+    def test_every_name_of_the_samples_exists_in_english(self):
+        report = json.loads(self.finder_sim("demo", "--json", "--language", "en"))
+        shown = json.dumps(report["menus"], ensure_ascii=False)
+        self.assertEqual(re.findall("[\u4e00-\u9fff]+", shown), [])
+
+    def test_the_other_layout_needs_no_settings_file(self):
+        written = {path: path.read_bytes() for path in self.home.quorva.glob("*.plist")}
+        for layout in ("collapsed", "expanded"):
+            self.home.write(FEATURE_SETTINGS, samples.feature_settings(layout, grouped=True))
+            expected = self.finder_sim("menu", *SELECT)
+            for present in ("collapsed", "expanded"):
+                self.home.write(FEATURE_SETTINGS, samples.feature_settings(present, grouped=True))
+                self.assertEqual(self.finder_sim("menu", *SELECT, "--layout", layout), expected)
+        self.home.write(FEATURE_SETTINGS, samples.feature_settings())
+        self.assertEqual(
+            {path: path.read_bytes() for path in self.home.quorva.glob("*.plist")}, written)
+        home = Home()
+        without = self.finder_sim("menu", *SELECT, "--home", home.path, "--layout", "expanded")
+        self.assertEqual(list(home.path.iterdir()), [])
+        home.write(FEATURE_SETTINGS, {"menuLayout": "expanded"})
+        self.assertEqual(without, self.finder_sim("menu", *SELECT, "--home", home.path))
+
+    def test_settings_that_are_no_property_list_can_t_be_given_another_layout(self):
+        self.home.write_bytes(FEATURE_SETTINGS, b"<plist><dict>")
+        for command in ("menu", "demo"):
+            error = self.refused(command, "--home", self.home.path, "--layout", "expanded",
+                                 output=None)
+            self.assertIn(FEATURE_SETTINGS, error)
+            self.assertEqual(error.count("\n"), 1)
+
     @staticmethod
     def top_level(menu):
         """The titles of a menu's features or entries, and whether they open a submenu."""
@@ -334,6 +410,8 @@ class FinderSimTest(FinderSimTestCase):
                 ["directories", "--select", "/a"], ["directories", "--target", "/"],
                 ["directories", "--kind", "items"], ["directories", "--language", "en"],
                 ["directories", "--delivery", "intact"], ["directories", "--launch"],
+                ["directories", "--layout", "expanded"], ["menu", "--entry", "1"],
+                ["click", "x", "--layout", "expanded"], 
                 ["demo", "--launch"], ["demo", "--keep-running"],
                 ["click", "压缩为 ZIP", *SELECT, "--keep-running"]):
             with self.subTest(arguments=arguments):
@@ -526,7 +604,7 @@ class OddResponseTest(FinderSimTestCase):
         self.check("click", "压缩为 ZIP")
 
 
-PR_CAPBSET_DROP, CAP_SYS_ADMIN = 24, 21
+PR_CAPBSET_DROP, CAP_SETPCAP, CAP_SYS_ADMIN = 24, 8, 21
 NAMESPACES = ["unshare", "--mount", *(["--user"] if os.geteuid() else [])]
 
 
@@ -542,8 +620,9 @@ class SandboxTest(FinderSimTestCase):
         if subprocess.run([*NAMESPACES, "true"], stderr=subprocess.DEVNULL).returncode != 0:
             self.skipTest("the system allows no namespaces here")
 
-    def outcomes(self, *operations):
-        """What the extension meets when it tries these in the sandbox: names of errors, or None."""
+    def outcomes(self, *operations, within=()):
+        """What the extension meets when it tries these in the sandbox: names of errors, or None.
+        `within` is a command that runs finder-sim."""
         self.require_namespaces()
         self.use_extension(
             "import errno, json, os, pathlib",
@@ -553,7 +632,9 @@ class SandboxTest(FinderSimTestCase):
             f"outcomes = [outcome(operation) for operation in {operations!r}]",
             "input()",
             "print(json.dumps({'id': 1, 'menu': None, 'outcomes': outcomes}))")
-        output = self.finder_sim("menu", "--sandbox", "--json")
+        command = [*within, self.finder_sim_program]
+        self.finder_sim_program = command.pop(0)
+        output = self.finder_sim(*command, "menu", "--sandbox", "--json")
         return json.loads(output)["outcomes"]
 
     def test_the_extension_s_home_is_laid_out_like_a_container(self):
@@ -620,6 +701,15 @@ class SandboxTest(FinderSimTestCase):
         self.assertEqual(self.outcomes("os.listdir('/tmp')", "open('/tmp/new', 'w')"),
                          [None, "EROFS"])
 
+    def test_what_is_mounted_below_the_temporary_folder_can_t_be_changed_either(self):
+        mounted = tempfile.mkdtemp(dir="/tmp")
+        self.addCleanup(os.rmdir, mounted)
+        self.assertEqual(
+            self.outcomes(f"open('{mounted}/new', 'w')", within=[
+                "unshare", "--map-root-user", "--mount", "sh", "-ec",
+                f"mount -t tmpfs tmpfs {mounted}; touch {mounted}/old; exec \"$0\" \"$@\""]),
+            ["EROFS"])
+
     def test_the_demonstration_runs_in_it_unless_told_otherwise(self):
         self.require_namespaces()
         for arguments, sandbox in (([], "enforced"), (["--no-sandbox"], "none")):
@@ -636,13 +726,26 @@ class SandboxTest(FinderSimTestCase):
 
     @unittest.skipUnless(os.geteuid() == 0, "nothing keeps a user from a namespace but the system")
     def test_where_it_can_t_be_enforced_the_demonstration_says_so_and_other_commands_fail(self):
-        def refuse_namespaces():
-            ctypes.CDLL(None).prctl(PR_CAPBSET_DROP, CAP_SYS_ADMIN, 0, 0, 0)
+        for capability, call in ((CAP_SYS_ADMIN, "unshare"), (CAP_SETPCAP, "prctl")):
+            def refuse():
+                ctypes.CDLL(None).prctl(PR_CAPBSET_DROP, capability, 0, 0, 0)
 
-        output = self.finder_sim("demo", preexec_fn=refuse_namespaces)
-        self.assertIn("laid out, but not enforced: unshare: ", output)
-        error = self.refused("menu", "--sandbox", preexec_fn=refuse_namespaces)
-        self.assertEqual(error.count("\n"), 1)
+            output = self.finder_sim("demo", preexec_fn=refuse)
+            self.assertIn(f"laid out, but not enforced: {call}: ", output)
+            error = self.refused("menu", "--sandbox", preexec_fn=refuse)
+            self.assertEqual(error.count("\n"), 1)
+
+    @unittest.skipUnless(os.geteuid() == 0, "a user has all capabilities in an own namespace")
+    def test_where_only_the_last_step_fails_nothing_is_enforced(self):
+        marker = Path(tempfile.mkdtemp(dir="/tmp"), "marker")
+        self.addCleanup(shutil.rmtree, marker.parent)
+        self.use_extension(
+            "import pathlib", f"pathlib.Path({str(marker)!r}).touch()", "for number in 1, 2:",
+            "    input()", """    print('{"id":%d,"menu":null}' % number, flush=True)""")
+        output = self.finder_sim("demo", preexec_fn=lambda: ctypes.CDLL(None).prctl(
+            PR_CAPBSET_DROP, CAP_SETPCAP, 0, 0, 0))
+        self.assertIn("not enforced: prctl: ", output)
+        self.assertTrue(marker.exists())
 
 
 INTERRUPTS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT)
