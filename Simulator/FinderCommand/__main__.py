@@ -14,6 +14,7 @@ from settings import copy_settings, set_layout
 from supervisor import supervise
 from terminal import escaped, json_text, show_errors, write
 from version import VERSION
+from watch import watch
 
 FOOTER = r"""
 finder-sim COMMAND --help lists the options of a command.
@@ -34,6 +35,7 @@ Quorva.app/Contents/PlugIns beside this program, asks it for menus, and clicks.
   finder-sim menu --target ~/Documents --kind container --language en
   finder-sim click 复制名称与路径 复制完整路径 --select ~/Documents/report.txt
   finder-sim click 复制完整路径 --select ~/a.txt --delivery finder --launch
+  finder-sim watch --home ~/somewhere
   finder-sim --version
 
 The extension reads its settings from, and queues its records in, "Library/
@@ -47,6 +49,7 @@ COMMANDS = {
     "menu": "Show the menu as a tree; what can't be clicked is marked",
     "click": "Click an entry and show the record, the notification and the launch",
     "directories": "List the folders that the extension monitors",
+    "watch": "Show the menu and what the doctor finds, again after each change, until Ctrl-C",
     "demo": "Show both layouts of a menu in a sample home, and a click on every kind of entry",
 }
 
@@ -144,10 +147,12 @@ def command_parser(command):
                "them in a temporary home, which JSON then shows in the paths of built-in places"))
     add("--home", metavar="DIR", action=Once, type=absolute_path,
         help="The home folder of the extension, its container on a Mac"
-        + "; with --sandbox the one that the container is in"
+        + ("" if command == "watch" else "; with --sandbox the one that the container is in")
         + (". It is copied, and the copy worked on" if command == "demo" else ""))
     add("--account-home", metavar="DIR", action=Once, type=absolute_path,
         help="The home folder that the user's account has, where it is another")
+    if command == "watch":
+        return parser
     add("--sandbox", action=argparse.BooleanOptionalAction, help=SANDBOX_HELP,
         default=None if command == "demo" else False)
     if command in ("click", "demo"):
@@ -256,6 +261,8 @@ def carry_out(options, folder):
             application + "/Contents/PlugIns/QuorvaFinderExtension.appex/Contents/MacOS/"
             "QuorvaFinderExtension", show_errors=show_errors if options.verbose else None)
 
+    if options.command == "watch":
+        watch(options, start_extension, os.path.join(build_folder, "quorva-doctor"))
     extension = start_extension()
     try:
         if options.command == "demo":

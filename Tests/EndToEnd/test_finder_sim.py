@@ -281,7 +281,7 @@ class FinderSimTest(FinderSimTestCase):
 
     def test_help_is_answered_with_status_0(self):
         for arguments in (["--help"], ["menu", "--help"], ["click", "--help"],
-                          ["directories", "--help"], ["demo", "--help"]):
+                          ["directories", "--help"], ["watch", "--help"], ["demo", "--help"]):
             output = self.finder_sim(*arguments)
             self.assertIn("usage", output)
         for name in ("menu", "click", "directories", "demo", "finder-sim COMMAND --help"):
@@ -411,7 +411,7 @@ class FinderSimTest(FinderSimTestCase):
                 ["directories", "--kind", "items"], ["directories", "--language", "en"],
                 ["directories", "--delivery", "intact"], ["directories", "--launch"],
                 ["directories", "--layout", "expanded"], ["menu", "--entry", "1"],
-                ["click", "x", "--layout", "expanded"], 
+                ["click", "x", "--layout", "expanded"], ["watch", "--sandbox"], ["watch", "--json"],
                 ["demo", "--launch"], ["demo", "--keep-running"],
                 ["click", "压缩为 ZIP", *SELECT, "--keep-running"]):
             with self.subTest(arguments=arguments):
