@@ -38,9 +38,9 @@ Quorva.app/Contents/PlugIns beside this program, asks it for menus, and clicks.
   finder-sim watch --home ~/somewhere
   finder-sim --version
 
-The extension reads its settings from, and queues its records in, "Library/
-Application Support/Quorva" below the home folder: --home, or else $HOME. Where
-there is no display, a virtual one is started.
+The extension reads its settings from, and queues its records in,
+"Library/Application Support/Quorva" below the home folder: --home, or else
+$HOME. Where there is no display, a virtual one is started.
 
 commands:
 """
