@@ -7,7 +7,14 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 SCRIPT = pathlib.Path(sys.argv[0]).name
 
 
+def show_progress(text=""):
+    """Puts `text` in the place of the last one, for whoever watches at a terminal."""
+    if sys.stderr.isatty():
+        print(f"\r\x1b[K{text}", end="", file=sys.stderr, flush=True)
+
+
 def fail(message):
+    show_progress()
     sys.exit(f"{SCRIPT}: {message}")
 
 

@@ -6,8 +6,8 @@ programs themselves say of their options:
 
 FINDER_SIM is asked for its parsers. Any other program is asked for its `--help`, in which each
 option has a line that begins with two spaces and a dash: "  -h,--help   What it does". Below OUTPUT
-there are then "man/man1", "bash-completion/completions" and "zsh/site-functions", where the programs that
-read them look below a prefix's "share".
+there are then "man/man1", "bash-completion/completions" and "zsh/site-functions", where the
+programs that read them look below a prefix's "share".
 """
 
 import re

@@ -1,5 +1,6 @@
 #import <AppKit/AppKit.h>
 #include <malloc.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -98,6 +99,18 @@ double medianStep(const std::vector<Memory>& values) {
     return steps[steps.size() / 2];
 }
 
+bool isTerminal() {
+    return isatty(STDOUT_FILENO) != 0;
+}
+
+/// How far it is, for whoever watches. Each takes the place of the last one.
+void showProgress(const char* what, std::size_t done, std::size_t total) {
+    if (isTerminal()) {
+        std::printf("\r%s: %zu of %zu\033[K", what, done, total);
+        std::fflush(stdout);
+    }
+}
+
 /// Runs `round` `count` times, a fifth of it before memory is watched. Returns whether nothing grew
 /// but what each round adds: `recordCount` records, and lines.
 template <typename Round>
@@ -116,12 +129,15 @@ bool soak(const char* what, std::size_t count, std::size_t recordCount, Round ro
     const Counts before = counts();
     run();
     const Counts afterOne = counts();
+    const std::size_t total = 1 + count / 5 + count;
+    showProgress(what, 1, total);
     for (std::size_t index = 0; index < count / 5; ++index) {
         run();
     }
     std::vector<Memory> samples;
     std::size_t done = 0;
     while (done < count) {
+        showProgress(what, total - count + done, total);
         const std::size_t next = count * (samples.size() + 1) / sampleCount;
         for (; done < next; ++done) {
             run();
@@ -129,11 +145,10 @@ bool soak(const char* what, std::size_t count, std::size_t recordCount, Round ro
         samples.push_back(memory());
     }
     const Counts after = counts();
-    const std::size_t total = 1 + count / 5 + count;
     const Counts wanted = expected(before, afterOne, total);
     const double rounds = static_cast<double>(count) / sampleCount;
     const double inUse = medianStep(samples) / rounds;
-    std::printf("%s: %zu\n", what, total);
+    std::printf("%s%s: %zu\n", isTerminal() ? "\r\033[K" : "", what, total);
     std::printf("  allocated memory: %+.1f bytes each\n", inUse);
     std::printf("  resident memory: %+.2f KiB per 1,000, %.1f MiB at the end\n",
                 residentSlope(samples) / rounds * 1000 / 1024,
