@@ -25,14 +25,13 @@ CLEAR = "\x1b[H\x1b[2J"
 class SettingsWatchTest(EndToEndTestCase):
 
     def watch(self):
-        watch = SettingsWatch(str(self.home.quorva))
-        self.addCleanup(watch.__exit__)
-        return watch
+        # A user has few of them.
+        return SettingsWatch(str(self.home.quorva))
 
     def assert_seen(self, change):
-        watch = self.watch()
-        change()
-        self.assertTrue(watch.has_changed(0), change)
+        with self.watch() as watch:
+            change()
+            self.assertTrue(watch.has_changed(0), change)
 
     def test_every_kind_of_change_of_every_file_is_seen(self):
         self.home.quorva.mkdir(parents=True)
@@ -63,20 +62,20 @@ class SettingsWatchTest(EndToEndTestCase):
     def test_other_files_are_none_of_its_business(self):
         self.home.quorva.mkdir(parents=True)
         self.home.write(FEATURE_SETTINGS, {})
-        watch = self.watch()
-        self.home.queue.mkdir()
-        (self.home.quorva / "FinderExtension.log").write_text("line")
-        (self.home.path / FEATURE_SETTINGS).write_text("elsewhere")
-        (self.home.quorva / FEATURE_SETTINGS).read_bytes()
-        self.assertFalse(watch.has_changed(0))
+        with self.watch() as watch:
+            self.home.queue.mkdir()
+            (self.home.quorva / "FinderExtension.log").write_text("line")
+            (self.home.path / FEATURE_SETTINGS).write_text("elsewhere")
+            (self.home.quorva / FEATURE_SETTINGS).read_bytes()
+            self.assertFalse(watch.has_changed(0))
 
     def test_many_changes_are_one(self):
         self.home.quorva.mkdir(parents=True)
-        watch = self.watch()
-        for number in range(200):
-            self.home.write(FEATURE_SETTINGS, {"featureOrder": [str(number)]})
-        watch.wait()
-        self.assertFalse(watch.has_changed(0))
+        with self.watch() as watch:
+            for number in range(200):
+                self.home.write(FEATURE_SETTINGS, {"featureOrder": [str(number)]})
+            watch.wait()
+            self.assertFalse(watch.has_changed(0))
 
 
 class WatchTest(FinderSimTestCase):
