@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Writes the manual pages of programs and their completions for bash and zsh, from what the
 programs themselves say of their options:
 
