@@ -31,6 +31,11 @@ nlohmann::ordered_json requestMenu(unsigned long kind, const nlohmann::json& sta
 std::expected<void, std::string> clickItem(const std::vector<std::size_t>& indexPath,
                                            bool isRebuilt, const nlohmann::json& state);
 
+/// The last menu as a PNG in Base64, a point of `scale` pixels, with the submenus open that lie on
+/// the way of `indexPath` and the one at its end. Fails with one sentence when there is none.
+std::expected<std::string, std::string> drawMenu(const std::vector<std::size_t>& indexPath,
+                                                 unsigned scale);
+
 /// Delivers an item made of `item` alone. `context` is what it represents when that is a context.
 void sendItem(const nlohmann::json& item, const quorva::FinderActionContextPointer& context,
               const nlohmann::json& state);

@@ -16,6 +16,7 @@
 #import "Cocoa/FinderActionContextObject.h"
 #import "Cocoa/StringConversion.h"
 #include "Simulator/ExtensionHost/FinderFeatureActionText.hpp"
+#import "Simulator/ExtensionHost/MenuPicture.h"
 #import "Simulator/GNUstep/JSONConversion.h"
 
 // The principal class is known by its name alone; here the method is only a name too.
@@ -145,6 +146,30 @@ ordered_json shownMenu(NSMenu* menu) {
     return {{"title", utf8String(menu.title)}, {"items", std::move(items)}};
 }
 
+/// The item of the last menu to which `indexPath` leads through enabled items, enabled as well. Nil
+/// for no position.
+std::expected<NSMenuItem*, std::string> lastMenuItem(const std::vector<std::size_t>& indexPath) {
+    if (lastMenu == nil) {
+        return std::unexpected("there is no menu: request one first");
+    }
+    NSMenu* menu = lastMenu;
+    NSMenuItem* item = nil;
+    for (const std::size_t index : indexPath) {
+        if (menu == nil || index >= static_cast<std::size_t>(menu.numberOfItems)) {
+            return std::unexpected("the index path leads to no item of the last menu");
+        }
+        item = static_cast<NSMenuItem*>([menu itemAtIndex:static_cast<NSInteger>(index)]);
+        if ([item isSeparatorItem]) {
+            return std::unexpected("the index path leads to a separator");
+        }
+        if (![item isEnabled]) {
+            return std::unexpected("the index path leads to or through a disabled item");
+        }
+        menu = [item hasSubmenu] ? item.submenu : nil;
+    }
+    return item;
+}
+
 /// Makes the application object. macOS: a signal ends the process. GNUstep runs Objective-C in
 /// handlers of its own, which end, hang or abort the process, or do nothing; no signal gets there.
 void makeApplication() {
@@ -201,25 +226,12 @@ ordered_json simulator::requestMenu(unsigned long kind, const json& state) {
 
 std::expected<void, std::string> simulator::clickItem(const std::vector<std::size_t>& indexPath,
                                                       bool isRebuilt, const json& state) {
-    if (lastMenu == nil) {
-        return std::unexpected("there is no menu to click in: request one first");
+    const auto found = lastMenuItem(indexPath);
+    if (!found) {
+        return std::unexpected(found.error());
     }
-    NSMenu* menu = lastMenu;
-    NSMenuItem* item = nil;
-    for (const std::size_t index : indexPath) {
-        if (menu == nil || index >= static_cast<std::size_t>(menu.numberOfItems)) {
-            return std::unexpected("the index path leads to no item of the last menu");
-        }
-        item = static_cast<NSMenuItem*>([menu itemAtIndex:static_cast<NSInteger>(index)]);
-        if ([item isSeparatorItem]) {
-            return std::unexpected("the index path leads to a separator");
-        }
-        if (![item isEnabled]) {
-            return std::unexpected("the index path leads to or through a disabled item");
-        }
-        menu = [item hasSubmenu] ? item.submenu : nil;
-    }
-    if (menu != nil) {
+    NSMenuItem* item = *found;
+    if ([item hasSubmenu]) {
         return std::unexpected("the index path leads to an item that opens a submenu");
     }
     if (item.action == nullptr) {
@@ -241,6 +253,25 @@ std::expected<void, std::string> simulator::clickItem(const std::vector<std::siz
         return std::unexpected("nothing answers to the action of the item");
     }
     return {};
+}
+
+std::expected<std::string, std::string> simulator::drawMenu(
+    const std::vector<std::size_t>& indexPath, unsigned scale) {
+    const auto opened = lastMenuItem(indexPath);
+    if (!opened) {
+        return std::unexpected(opened.error());
+    }
+    if (*opened != nil && ![*opened hasSubmenu]) {
+        return std::unexpected("the index path leads to an item that opens no submenu");
+    }
+    if (lastMenu.numberOfItems == 0) {
+        return std::unexpected("the last menu has no items");
+    }
+    const auto picture = pictureOfMenu(lastMenu, indexPath, scale);
+    if (!picture) {
+        return std::unexpected(picture.error());
+    }
+    return utf8String([*picture base64EncodedStringWithOptions:0]);
 }
 
 void simulator::sendItem(const json& item, const quorva::FinderActionContextPointer& context,

@@ -28,6 +28,9 @@ constexpr double launchPatience = 20;
 /// How long a request may wait.
 constexpr double longestWait = 60;
 
+/// How many pixels a point of a picture may take.
+constexpr unsigned largestScale = 4;
+
 /// A request that can't be carried out, by the sentence that answers it.
 class RequestError : public std::runtime_error {
     using std::runtime_error::runtime_error;
@@ -115,20 +118,40 @@ ordered_json answerMenu(const json& request) {
     return {{"menu", requestMenu(kind, request)}};
 }
 
+json indexPath(const json& request) {
+    const auto positions = member<json>(request, "indexPath");
+    if (!positions.is_array() || !std::ranges::all_of(positions, &json::is_number_unsigned)) {
+        throw RequestError("\"indexPath\" must be an array of positions, from 0");
+    }
+    return positions;
+}
+
 ordered_json answerClick(const json& request) {
     const bool isRebuilt =
         oneOf<bool>({{"intact", false}, {"finder", true}},
                     member<std::string>(request, "delivery", "intact"), "delivery");
-    const auto positions = member<json>(request, "indexPath");
-    if (!positions.is_array() || positions.empty() ||
-        !std::ranges::all_of(positions, &json::is_number_unsigned)) {
-        throw RequestError("\"indexPath\" must be an array of at least one position, from 0");
+    const json positions = indexPath(request);
+    if (positions.empty()) {
+        throw RequestError("\"indexPath\" must have at least one position");
     }
     checkState(request);
     if (const auto clicked = clickItem(positions, isRebuilt, request); !clicked) {
         throw RequestError(clicked.error());
     }
     return ordered_json::object();
+}
+
+ordered_json answerPicture(const json& request) {
+    const json positions = indexPath(request);
+    const auto scale = member<json>(request, "scale", 1U);
+    if (!scale.is_number_unsigned() || scale < 1 || scale > largestScale) {
+        throw RequestError("\"scale\" must be an integer from 1 to 4");
+    }
+    const auto picture = drawMenu(positions, scale.get<unsigned>());
+    if (!picture) {
+        throw RequestError(picture.error());
+    }
+    return {{"png", *picture}};
 }
 
 ordered_json answerSend(const json& request) {
@@ -230,6 +253,7 @@ void carryOut(std::string_view line, ordered_json& answer) {
     const auto operation =
         oneOf<ordered_json (*)(const json&)>({{"menu", answerMenu},
                                               {"click", answerClick},
+                                              {"picture", answerPicture},
                                               {"send", answerSend},
                                               {"directories", answerDirectories},
                                               {"toolbar", answerToolbar},

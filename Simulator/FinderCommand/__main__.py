@@ -9,6 +9,7 @@ from demo import prepare_home, run_demo
 from extension_process import (
     ExtensionProcess, Failure, InvalidResponse, member, start_virtual_display)
 from menu import entry_named, menu_entries, menu_tree
+from picture import save_picture
 from sandbox import CONTAINER, enter_sandbox, lay_out_container
 from settings import copy_settings, set_layout
 from supervisor import supervise
@@ -33,6 +34,7 @@ Quorva.app/Contents/PlugIns beside this program, asks it for menus, and clicks.
   finder-sim demo --language en
   finder-sim menu --select ~/Documents/report.txt --target ~/Documents
   finder-sim menu --target ~/Documents --kind container --language en
+  finder-sim picture menu.png --open 新建 --target ~/Documents
   finder-sim click 复制名称与路径 复制完整路径 --select ~/Documents/report.txt
   finder-sim click 复制完整路径 --select ~/a.txt --delivery finder --launch
   finder-sim watch --home ~/somewhere
@@ -48,6 +50,7 @@ commands:
 COMMANDS = {
     "menu": "Show the menu as a tree; what can't be clicked is marked",
     "click": "Click an entry and show the record, the notification and the launch",
+    "picture": "Draw the menu as it looks into a PNG file",
     "directories": "List the folders that the extension monitors",
     "watch": "Show the menu and what the doctor finds, again after each change, until Ctrl-C",
     "demo": "Show both layouts of a menu in a sample home, and a click on every kind of entry",
@@ -129,6 +132,13 @@ def command_parser(command):
             help="The titles on the way to the entry, or its last ones when they say enough")
         add("--entry", metavar="N", action=Once, type=position,
             help="Of the entries that the titles name, the first, the second and so on")
+    if command == "picture":
+        add("out", metavar="OUT", type=absolute_path, help="The file to write")
+        add("--open", metavar="TITLE", action="extend", nargs="+", default=[],
+            help="The titles on the way to a submenu that is shown open beside its entry. They go "
+            "behind OUT")
+        add("--scale", metavar="N", action=Once, type=one_of(*"1234"),
+            help="How many pixels a point takes: 1 (the default) to 4")
     if command != "directories":
         add("--select", metavar="PATH", action="append", type=absolute_path,
             help="An item to select; once for each. Without one nothing is selected")
@@ -235,6 +245,10 @@ def show_response(options, extension):
         if not all(isinstance(path, str) for path in paths):
             raise InvalidResponse("a path is not a string")
         text = "".join(escaped(path) + "\n" for path in paths)
+    elif options.command == "picture":
+        response = save_picture(extension, options)
+        text = "{}: {} × {} pixels\n".format(
+            escaped(response["path"]), response["width"], response["height"])
     else:
         response = request_menu(extension, options)
         text = menu_tree(response["menu"])

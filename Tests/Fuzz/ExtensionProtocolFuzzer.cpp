@@ -54,6 +54,15 @@ std::expected<void, std::string> clickItem(const std::vector<std::size_t>& index
     return {};
 }
 
+std::expected<std::string, std::string> drawMenu(const std::vector<std::size_t>& indexPath,
+                                                 unsigned scale) {
+    require(scale >= 1 && scale <= 4, "a picture is of at most four times the size");
+    if (!indexPath.empty()) {
+        return std::unexpected("the index path leads to no item");
+    }
+    return "iVBORw0KGgo=";
+}
+
 void sendItem(const json& item, const quorva::FinderActionContextPointer& context,
               const json& state) {
     require(item.at("title").is_string(), "an item has a title");
