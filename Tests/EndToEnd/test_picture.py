@@ -4,13 +4,17 @@ import base64
 import functools
 import json
 import struct
+import subprocess
 import unittest
 import zlib
 from pathlib import Path
 
 from quorva_process import (
-    CUSTOM_SHORTCUT_ACTIONS, FEATURE_SETTINGS, FINDER_VIEW_PRESETS, Run)
+    CUSTOM_SHORTCUT_ACTIONS, FEATURE_SETTINGS, FINDER_VIEW_PRESETS, Run, build_folder,
+    program_environment)
 from test_finder_sim import SELECT, FinderSimTestCase
+
+PICTURES = Path(__file__).resolve().parents[2] / "scripts" / "pictures"
 
 
 class Picture:
@@ -275,6 +279,23 @@ class PictureTest(FinderSimTestCase):
     def error_of(self, members):
         self.extension.send_line(json.dumps({"id": 1, "request": "picture", **members}))
         return self.extension.read_response()["error"]
+
+
+class ReadmePicturesTest(FinderSimTestCase):
+
+    def run_script(self, *arguments):
+        return subprocess.run(
+            [PICTURES, *arguments], env=program_environment(self.home) | {
+                "QUORVA_BUILD_FOLDER": str(build_folder())},
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8")
+
+    def test_the_pictures_of_the_readme_show_what_the_menu_is(self):
+        result = self.run_script("--check")
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        pictures = list((PICTURES.parents[1] / "Documentation" / "Pictures").iterdir())
+        self.assertEqual(len(pictures), 2)
+        for path in pictures:
+            self.assertGreater(Picture(path.read_bytes()).width, 300)
 
 
 if __name__ == "__main__":

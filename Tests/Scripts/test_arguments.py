@@ -24,6 +24,7 @@ WRONG = {
     "macos-run": ("--yes", "now"),
     "macos-sdk": ("one folder", "another"),
     "mutate": ("many",),
+    "pictures": ("dev",),
     "run": ("dev",),
     "setup": ("now",),
     "soak": ("many",),
