@@ -133,7 +133,8 @@ def command_parser(command):
         add("--entry", metavar="N", action=Once, type=position,
             help="Of the entries that the titles name, the first, the second and so on")
     if command == "picture":
-        add("out", metavar="OUT", type=absolute_path, help="The file to write")
+        add("out", metavar="OUT", type=absolute_path,
+            help="The PNG file to write. What it shows is in it in words too, as its description")
         add("--open", metavar="TITLE", action="extend", nargs="+", default=[],
             help="The titles on the way to a submenu that is shown open beside its entry. They go "
             "behind OUT")
