@@ -2,6 +2,8 @@
 
 import contextlib
 import os
+import pwd
+import re
 import subprocess
 
 from click import request_menu
@@ -37,19 +39,25 @@ def watch(options, start_extension, doctor):
                     extension.end()
                 extension = None
                 text = styled(f"  {escaped(str(failure), chr(10))}", "bad") + "\n"
-            write(styled("Menu", "heading") + "\n" + text
-                  + "\n" + styled("Findings", "heading") + "\n")
-            _show_findings([doctor, "--home", home], options.account_home)
+            write(styled("Menu", "heading") + "\n" + text + "\n" + _findings(doctor, home))
             changes.wait()
 
 
-def _show_findings(command, account_home):
-    if account_home:
-        command += ["--account-home", account_home]
+def _findings(doctor, home):
+    """What the doctor says of the settings, without the menu, which is shown anyway."""
+    # Where the extension finds it.
+    account_home = os.environ.get("SIMULATOR_ACCOUNT_HOME")
+    with contextlib.suppress(KeyError):
+        account_home = account_home or pwd.getpwuid(os.getuid()).pw_dir
+    options = ["--home", home] + (["--account-home", account_home] if account_home else [])
     try:
-        status = subprocess.run(command, stdin=subprocess.DEVNULL).returncode
+        result = subprocess.run([doctor, *options], stdin=subprocess.DEVNULL,
+                                stdout=subprocess.PIPE, encoding="utf-8", errors="replace")
     except OSError as error:
-        write(styled(f"  quorva-doctor could not be run: {error.strerror}", "bad") + "\n")
-        return
-    if status < 0:
-        write(styled(f"  quorva-doctor was ended by signal {-status}", "bad") + "\n")
+        return styled(f"quorva-doctor could not be run: {error.strerror}", "bad") + "\n"
+    text = escaped(re.split("^Menu$", result.stdout, flags=re.MULTILINE)[0], "\n")
+    text = re.sub("^(Findings|Notes)$", lambda heading: styled(heading[0], "heading"),
+                  text.strip("\n") + "\n", flags=re.MULTILINE)
+    if result.returncode < 0:
+        text += styled(f"quorva-doctor was ended by signal {-result.returncode}", "bad") + "\n"
+    return text

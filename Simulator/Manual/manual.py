@@ -64,14 +64,15 @@ def other_program(path):
                               encoding="utf-8").stdout
 
     help_text = output("--help")
-    description = re.split(r"^(?:Usage|Options):", help_text, flags=re.MULTILINE)[0]
     options = []
     for line in re.sub(r"\n {8,}(?=\S)", " ", help_text).splitlines():
         found = OPTION_LINE.fullmatch(line)
         if found:
             options.append(Option(re.split(", ?", found["names"]), found["metavar"] or "", (),
                                   found["help"] or "", False))
-    summary = " ".join(description.strip().split("\n\n")[0].split()).rstrip(".")
+    paragraphs = re.sub(r"^Usage:.*\n", "", help_text, flags=re.MULTILINE).split("\n\n")
+    description = "\n\n".join(text for text in paragraphs if not text.startswith("Options:"))
+    summary = " ".join(re.split(r"[.:]\s", description)[0].split())
     return Program(path.name, output("--version").split()[-1], summary, description,
                    {"": Command(summary, [], options)})
 

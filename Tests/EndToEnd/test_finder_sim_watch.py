@@ -92,7 +92,7 @@ class WatchTest(FinderSimTestCase):
         shutil.copy(build_folder() / "finder-sim", folder)
         (folder / "Quorva.app").symlink_to(application_bundle())
         self.doctor = folder / "quorva-doctor"
-        self.write_doctor('echo "called with $*"')
+        self.write_doctor(r'printf "called with %s\n\nMenu\n  of the doctor\n" "$*"')
 
     def write_doctor(self, line):
         self.doctor.write_text(f"#!/bin/sh\n{line}\n")
@@ -146,6 +146,7 @@ class WatchTest(FinderSimTestCase):
         self.set_features("pdfTools")
         shown = self.read_until(SEPARATOR, "Merge PDFs", "called with")
         self.assertNotIn("Compress to ZIP", shown)
+        self.assertNotIn("of the doctor", shown, "one menu is enough")
         (self.home.quorva / FEATURE_SETTINGS).unlink()
         self.read_until(SEPARATOR, "Compress to ZIP", "called with")
         self.end_watch()
@@ -207,9 +208,9 @@ class WatchTest(FinderSimTestCase):
         self.end_watch()
 
     def test_a_doctor_that_has_findings_or_fails_does_not_end_it(self):
-        self.write_doctor("echo found; exit 1")
+        self.write_doctor("printf 'found \\033[2J\\n'; exit 1")
         self.start_watch()
-        self.read_until("found\n")
+        self.read_until("found \\u001b[2J\n")
         self.write_doctor("kill -SEGV $$")
         self.set_features("pdfTools")
         self.read_until(SEPARATOR, "signal 11\n")
