@@ -245,11 +245,10 @@ class FinderSimTest(FinderSimTestCase):
             self.assertEqual(error.count("\n"), 1)
             self.assertIn("--entry: 1 打开 ▸ 项目 (/0); 2 打开 ▸ 项目 (/1); ", error)
             self.assertLess(len(error), 400, "not all of many are listed")
-        for number in (1, 2, 12):
-            for delivery in ("intact", "finder"):
-                self.finder_sim(*click, "--entry", str(number), "--delivery", delivery)
-                [record] = self.home.take_records()
-                self.assertEqual(record["destinationPath"], f"/{number - 1}")
+        for number, delivery in ((1, "intact"), (12, "finder")):
+            self.finder_sim(*click, "--entry", str(number), "--delivery", delivery)
+            [record] = self.home.take_records()
+            self.assertEqual(record["destinationPath"], f"/{number - 1}")
 
     def test_the_monitored_folders_are_listed(self):
         lines = self.finder_sim("directories").splitlines()
@@ -348,24 +347,22 @@ class FinderSimTest(FinderSimTestCase):
             report = json.loads(self.finder_sim(
                 "demo", "--json", "--language", language, "--layout", "collapsed"))
             self.assertEqual([menu["layout"] for menu in report["menus"]], ["collapsed"])
-            self.assertIn(destination, json.dumps(report["menus"], ensure_ascii=False))
+            shown = json.dumps(report["menus"], ensure_ascii=False)
+            self.assertIn(destination, shown)
+            if language == "en":
+                self.assertEqual(re.findall("[\u4e00-\u9fff]+", shown), [])
             [record] = report["clicks"][0]["records"].values()
             self.assertEqual(os.path.basename(record["selectedPaths"][0]), file)
             self.assertEqual(len(report["clicks"]), 8)
-
-    def test_every_name_of_the_samples_exists_in_english(self):
-        report = json.loads(self.finder_sim("demo", "--json", "--language", "en"))
-        shown = json.dumps(report["menus"], ensure_ascii=False)
-        self.assertEqual(re.findall("[\u4e00-\u9fff]+", shown), [])
 
     def test_the_other_layout_needs_no_settings_file(self):
         written = {path: path.read_bytes() for path in self.home.quorva.glob("*.plist")}
         for layout in ("collapsed", "expanded"):
             self.home.write(FEATURE_SETTINGS, samples.feature_settings(layout, grouped=True))
             expected = self.finder_sim("menu", *SELECT)
-            for present in ("collapsed", "expanded"):
-                self.home.write(FEATURE_SETTINGS, samples.feature_settings(present, grouped=True))
-                self.assertEqual(self.finder_sim("menu", *SELECT, "--layout", layout), expected)
+            other = {"collapsed": "expanded", "expanded": "collapsed"}[layout]
+            self.home.write(FEATURE_SETTINGS, samples.feature_settings(other, grouped=True))
+            self.assertEqual(self.finder_sim("menu", *SELECT, "--layout", layout), expected)
         self.home.write(FEATURE_SETTINGS, samples.feature_settings())
         self.assertEqual(
             {path: path.read_bytes() for path in self.home.quorva.glob("*.plist")}, written)
