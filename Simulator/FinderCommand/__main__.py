@@ -151,7 +151,7 @@ def command_parser(command):
         add("--language", action=Once, type=one_of("en", "zh-Hans", "zh-Hant"),
             help=f"The language of the menu{' and the samples' if command == 'demo' else ''}: en, "
             "zh-Hans (the default) or zh-Hant")
-    if command in ("menu", "demo"):
+    if command in ("menu", "picture", "demo"):
         add("--layout", action=Once, type=one_of("collapsed", "expanded"),
             help="Show the menu collapsed or expanded, whatever the settings say. "
             + ("Without it both are shown" if command == "demo" else "It is made from a copy of "

@@ -37,7 +37,8 @@ def options_of_parser(parser):
         values = getattr(action.type, "values", ())
         metavar = "" if action.nargs == 0 else action.metavar or action.dest.upper()
         option = Option(action.option_strings, metavar, values, action.help,
-                        type(action).__name__ in ("_AppendAction", "_ExtendAction"))
+                        action.nargs == "+"
+                        or type(action).__name__ in ("_AppendAction", "_ExtendAction"))
         # What is switched on and off has two names that are no synonyms.
         if any(name.startswith("--no-") for name in option.names):
             on, off = option.names
@@ -95,7 +96,8 @@ def manual_page(program):
              rf"{title} \- {roff(program.summary)}", ".SH SYNOPSIS"]
     for name in program.commands:
         lines += [f".B {' '.join(filter(None, (title, name)))}", "[option ...]"]
-        lines += [f"{argument.metavar} ..." for argument in program.commands[name].arguments]
+        lines += [argument.metavar + (" ..." if argument.repeats else "")
+                  for argument in program.commands[name].arguments]
         lines.append(".br")
     lines[-1:] = [".SH DESCRIPTION"]
     for paragraph in program.description.strip("\n").split("\n\n"):

@@ -201,8 +201,10 @@ class PictureTest(FinderSimTestCase):
             "enabledFeatureIDs": ["archiveTools", "viewOptions"], "menuLayout": "expanded"})
         self.assertGreater(lines(self.draw()), 0)
 
-    def test_the_language_is_that_of_the_menu(self):
-        self.assertIn("New ▸\n", self.picture("--language", "en").description())
+    def test_the_menu_has_the_layout_and_the_language_that_are_asked_for(self):
+        for layout, line in (("collapsed", "New ▸"), ("expanded", "New Folder")):
+            picture = self.picture("--language", "en", "--layout", layout)
+            self.assertIn(line, picture.description().splitlines())
 
     def test_a_submenu_can_be_empty(self):
         self.home.write(FEATURE_SETTINGS, {
