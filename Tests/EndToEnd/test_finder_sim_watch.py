@@ -219,6 +219,17 @@ class WatchTest(FinderSimTestCase):
         self.read_until(SEPARATOR, "quorva-doctor could not be run: No such file or directory\n")
         self.end_watch()
 
+    def test_the_doctor_finds_what_is_wrong(self):
+        self.doctor.unlink()
+        self.doctor.symlink_to(build_folder() / "quorva-doctor")
+        self.home.write(FEATURE_SETTINGS, {"enabledFeatureIDs": ["PDFTools"]})
+        self.start_watch()
+        self.read_until("Menu\n", "did you mean pdfTools")
+        self.home.write(FEATURE_SETTINGS, {"enabledFeatureIDs": ["pdfTools"]})
+        shown = self.read_until(SEPARATOR, "Menu\n", "FinderViewPresets.plist")
+        self.assertNotIn("did you mean", shown)
+        self.end_watch()
+
     def test_a_terminal_is_cleared_in_place_of_a_separator(self):
         self.start_watch(output=pty.openpty())
         shown = self.read_until("called with")
