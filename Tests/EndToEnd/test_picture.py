@@ -206,6 +206,13 @@ class PictureTest(FinderSimTestCase):
             picture = self.picture("--language", "en", "--layout", layout)
             self.assertIn(line, picture.description().splitlines())
 
+    def test_the_layout_can_be_another_than_that_of_the_settings(self):
+        collapsed, expanded = (self.picture("--layout", layout).description()
+                               for layout in ("collapsed", "expanded"))
+        self.assertIn("\n新建 ▸\n", collapsed)
+        self.assertNotIn("\n新建 ▸\n", expanded)
+        self.assertIn("\n新建文件夹\n", expanded)
+
     def test_a_submenu_can_be_empty(self):
         self.home.write(FEATURE_SETTINGS, {
             "enabledFeatureIDs": ["viewOptions"], "menuLayout": "collapsed"})
