@@ -91,7 +91,7 @@ bool isUsable(const SettingsPath& file, const PropertyList& root) {
 
 std::optional<FinderCustomDestination> destinationOfEntry(const SettingsPath& place,
                                                           const PropertyList::Dictionary& entry) {
-    place.reportUnknownKeys(entry, std::array{"id"sv, "name"sv, "path"sv});
+    place.reportUnknownKeys(entry, destinationKeys);
     const std::string* const id = requiredStringForKey(place, entry, "id");
     const std::string* const name = requiredStringForKey(place, entry, "name");
     const std::string* const path = requiredStringForKey(place, entry, "path");

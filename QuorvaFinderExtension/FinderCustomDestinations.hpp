@@ -44,6 +44,9 @@ struct FinderCustomDestination {
                            const FinderCustomDestination&) = default;
 };
 
+/// The keys of an entry of "CustomDestinations.plist".
+inline constexpr std::array<std::string_view, 3> destinationKeys = {"id", "name", "path"};
+
 /// One reading of "CustomDestinations.plist": a dictionary from kind to a list of dictionaries with
 /// the strings "id", "name" and "path". What it gives for one kind comes from the same version of
 /// the file as what it gives for another.

@@ -11,7 +11,6 @@ namespace quorva {
 
 namespace {
 
-using namespace std::string_view_literals;
 using Finding = SettingsFinding::Kind;
 using Kind = FinderCustomShortcutAction::Kind;
 
@@ -34,8 +33,7 @@ Kind kindOfEntry(const SettingsPath& path, const PropertyList::Dictionary& entry
 
 std::optional<FinderCustomShortcutAction> action(const SettingsPath& path,
                                                  const PropertyList::Dictionary& entry) {
-    path.reportUnknownKeys(
-        entry, std::array{"id"sv, "name"sv, "kind"sv, "shortcutName"sv, "scriptPath"sv});
+    path.reportUnknownKeys(entry, customActionKeys);
     const std::string* const id = requiredStringForKey(path, entry, "id");
     const std::string* const name = requiredStringForKey(path, entry, "name");
     const Kind kind = kindOfEntry(path, entry);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -40,6 +41,10 @@ struct FinderCustomShortcutAction {
 /// The kind whose raw value is `rawValue`, to the letter. Absent for any other string.
 [[nodiscard]] std::optional<FinderCustomShortcutAction::Kind>
 finderCustomShortcutActionKindWithRawValue(std::string_view rawValue);
+
+/// The keys of an entry of "CustomShortcutActions.plist".
+inline constexpr std::array<std::string_view, 5> customActionKeys = {"id", "name", "kind",
+                                                                     "shortcutName", "scriptPath"};
 
 /// The reader of "CustomShortcutActions.plist": a list of dictionaries of strings.
 class FinderCustomShortcutActionSettings {

@@ -14,7 +14,6 @@ namespace quorva {
 
 namespace {
 
-using namespace std::string_view_literals;
 using Finding = SettingsFinding::Kind;
 using IDs = std::vector<std::string>;
 using IDSet = std::set<std::string, std::less<>>;
@@ -319,9 +318,7 @@ std::vector<FinderFeature> visibleFeatures(const SettingsPath& file,
 /// leaves the menu ungrouped, no file groups it.
 FinderMenuSettings settings(const SettingsPath& file, const PropertyList::Dictionary& root,
                             bool groupsByDefault) {
-    file.reportUnknownKeys(
-        root, std::array{"enabledFeatureIDs"sv, "featureOrder"sv, "childOrderByFeatureID"sv,
-                         "enabledChildIDs"sv, "groupsFeaturesUnderQuorva"sv, "menuLayout"sv});
+    file.reportUnknownKeys(root, featureSettingsKeys);
     const SettingsPath enabledChildIDsPath = file["enabledChildIDs"];
     const IDs savedOrder = value(file, root, "featureOrder", ids).value_or(IDs());
     const IDsByFeatureID savedChildOrder =

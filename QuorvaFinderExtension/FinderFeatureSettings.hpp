@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <map>
 #include <optional>
 #include <set>
@@ -50,6 +51,11 @@ struct FinderMenuSettings {
 
     friend bool operator==(const FinderMenuSettings&, const FinderMenuSettings&) = default;
 };
+
+/// The keys of "FeatureSettings.plist".
+inline constexpr std::array<std::string_view, 6> featureSettingsKeys = {
+    "enabledFeatureIDs",         "featureOrder", "childOrderByFeatureID", "enabledChildIDs",
+    "groupsFeaturesUnderQuorva", "menuLayout"};
 
 /// The reader of "FeatureSettings.plist". The containing application is its only writer.
 class FinderFeatureSettings {

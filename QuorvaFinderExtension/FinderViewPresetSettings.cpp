@@ -1,6 +1,5 @@
 #include "QuorvaFinderExtension/FinderViewPresetSettings.hpp"
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -13,8 +12,6 @@
 namespace quorva {
 
 namespace {
-
-using namespace std::string_view_literals;
 
 std::vector<FinderViewPresetSetting> defaultPresets() {
     return {
@@ -58,7 +55,7 @@ std::string_view withoutCopyNumber(std::string_view name) {
 
 std::optional<FinderViewPresetSetting> preset(const SettingsPath& path,
                                               const PropertyList::Dictionary& entry) {
-    path.reportUnknownKeys(entry, std::array{"id"sv, "name"sv, "viewMode"sv, "sortMode"sv});
+    path.reportUnknownKeys(entry, viewPresetKeys);
     const std::string* const id = requiredStringForKey(path, entry, "id");
     const std::string* const name = requiredStringForKey(path, entry, "name");
     const std::string* const viewMode = requiredStringForKey(path, entry, "viewMode");

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "QuorvaFinderExtension/SettingsFinding.hpp"
@@ -21,6 +23,10 @@ struct FinderViewPresetSetting {
     friend bool operator==(const FinderViewPresetSetting&,
                            const FinderViewPresetSetting&) = default;
 };
+
+/// The keys of an entry of "FinderViewPresets.plist".
+inline constexpr std::array<std::string_view, 4> viewPresetKeys = {"id", "name", "viewMode",
+                                                                   "sortMode"};
 
 /// The reader of "FinderViewPresets.plist": a list of dictionaries of strings.
 class FinderViewPresetSettings {

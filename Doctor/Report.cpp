@@ -1,0 +1,434 @@
+#include "Doctor/Report.hpp"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <set>
+#include <utility>
+#include <variant>
+
+#include "Platform/Data.hpp"
+#include "Platform/FileManager.hpp"
+#include "QuorvaFinderExtension/FinderSyncMenus.hpp"
+#include "QuorvaFinderExtension/MenuItemIdentity.hpp"
+#include "QuorvaFinderExtension/SettingsFile.hpp"
+
+namespace quorva::doctor {
+
+namespace {
+
+using Kind = SettingsFinding::Kind;
+
+constexpr std::array<std::string_view, 4> fileNames = {
+    "FeatureSettings.plist", "CustomDestinations.plist", "CustomShortcutActions.plist",
+    "FinderViewPresets.plist"};
+constexpr std::size_t destinationsFile = 1;
+constexpr std::size_t actionsFile = 2;
+constexpr std::size_t presetsFile = 3;
+
+// The lists of entries: one of destinations for each kind, and two more.
+constexpr std::size_t actionList = allFinderCustomDestinationKinds.size();
+constexpr std::size_t presetList = actionList + 1;
+constexpr std::size_t listCount = presetList + 1;
+
+/// By list, the entry of each item in the menu; null for a default one.
+using Sources = std::array<std::vector<const UserEntry*>, listCount>;
+
+std::string_view encodingOf(const Data& data) {
+    std::string head;
+    for (const std::byte byte : data) {
+        const char character = static_cast<char>(byte);
+        // Neither the marks and the zero bytes of UTF-16 nor the mark of UTF-8.
+        if (head.size() < 8 && character > ' ') {
+            head += character;
+        }
+        if (head.size() == 8) {
+            break;
+        }
+    }
+    if (head.starts_with("bplist")) {
+        return "binary";
+    }
+    return head.starts_with("<?") || head.starts_with("<!") || head.starts_with("<plist")
+               ? "XML"
+               : "old-style";
+}
+
+/// Whether something that can't be reached stands at `path`, or on the way to it, and not nothing.
+bool isOutOfReach(const std::string& path) {
+    struct stat status{};
+    return ::lstat(path.c_str(), &status) == 0 || errno != ENOENT;
+}
+
+/// Causes stand before what follows from them, and findings before notes.
+int rank(const Finding& finding) {
+    return finding.kind.severity == Severity::note ? 2 : finding.kind.isConsequence ? 1 : 0;
+}
+
+void add(FileReport& file, Finding finding) {
+    const auto count =
+        file.counts.try_emplace(finding.kind.name, finding.kind.severity, std::size_t{0}).first;
+    if (++count->second.count <= findingLimit) {
+        file.findings.insert(std::ranges::upper_bound(file.findings, rank(finding), {}, rank),
+                             std::move(finding));
+    }
+}
+
+void addReadersFinding(FileReport& file, const SettingsFinding& finding) {
+    // A reader makes no difference between what is not there and what it may not see.
+    if (finding.kind == Kind::missingFile && isOutOfReach(file.path)) {
+        add(file, described({Kind::unreadableFile, finding.fileName, {}, finding.value, {}}));
+        return;
+    }
+    const auto counted = file.counts.find(kindOf(finding.kind).name);
+    // To describe all of very many would take long; what a key is shows only then.
+    if (finding.kind != Kind::unknownKey && counted != file.counts.end() &&
+        counted->second.count >= findingLimit) {
+        ++counted->second.count;
+    } else {
+        add(file, described(finding));
+    }
+}
+
+bool isOfWholeFile(const SettingsFinding& finding) {
+    return finding.kind == Kind::missingFile || finding.kind == Kind::unreadableFile ||
+           finding.kind == Kind::malformedFile ||
+           (finding.kind == Kind::wrongType &&
+            (finding.path.empty() || finding.fileName != fileNames.front()));
+}
+
+FileReport fileReport(std::string_view name, const SettingsFindings& findings) {
+    FileReport file;
+    file.name = name;
+    file.path = settingsFileURL(name).path();
+    file.isFound = isOutOfReach(file.path);
+    file.isUsable = std::ranges::none_of(findings, [name](const SettingsFinding& finding) {
+        return finding.fileName == name && isOfWholeFile(finding);
+    });
+    if (const auto data =
+            platform::dataWithContentsOfRegularFile(settingsFileURL(name), settingsFileByteLimit)) {
+        file.encoding = encodingOf(*data);
+    }
+    return file;
+}
+
+std::string stringOrEmpty(const PropertyList::Dictionary& entry, std::string_view key) {
+    const std::string* const string = stringForKey(entry, key);
+    return string == nullptr ? "" : *string;
+}
+
+bool has(const PropertyList::Dictionary& entry, std::string_view key, std::string_view value) {
+    const std::string* const string = stringForKey(entry, key);
+    return string != nullptr && *string == value;
+}
+
+bool isMadeOf(const FinderCustomDestination& destination, const PropertyList::Dictionary& entry) {
+    return has(entry, "id", destination.id) && has(entry, "name", destination.name) &&
+           has(entry, "path", destination.path);
+}
+
+bool isMadeOf(const FinderCustomShortcutAction& action, const PropertyList::Dictionary& entry) {
+    return has(entry, "id", action.id) && has(entry, "name", action.name) &&
+           stringOrEmpty(entry, "shortcutName") == action.shortcutName &&
+           stringOrEmpty(entry, "scriptPath") == action.scriptPath;
+}
+
+bool isMadeOf(const FinderViewPresetSetting& preset, const PropertyList::Dictionary& entry) {
+    return has(entry, "id", preset.id) && has(entry, "viewMode", preset.viewMode) &&
+           has(entry, "sortMode", preset.sortMode) &&
+           stringOrEmpty(entry, "name").starts_with(preset.name);
+}
+
+/// Which of the entries in `array` are the source of those that were `read`.
+template <typename Item>
+std::vector<bool> readEntries(const PropertyList::Array& array, const std::vector<Item>& read) {
+    std::vector<bool> result(array.size());
+    auto last = read.rbegin();
+    // From the end, because what is read begins with the default applications.
+    for (std::size_t index = array.size(); index-- > 0 && last != read.rend();) {
+        const PropertyList::Dictionary* const entry = array[index].dictionary();
+        if (entry != nullptr && isMadeOf(*last, *entry)) {
+            result[index] = true;
+            ++last;
+        }
+    }
+    return result;
+}
+
+/// The array at the root of the file, or under `key` in it. Empty when there is none.
+PropertyList::Array savedArray(std::string_view fileName, std::string_view key) {
+    const std::optional<PropertyList> root = propertyListInFile(SettingsPath(fileName, nullptr));
+    if (!root) {
+        return {};
+    }
+    const PropertyList* value = &*root;
+    if (!key.empty()) {
+        const PropertyList::Dictionary* const lists = root->dictionary();
+        value = lists != nullptr && lists->contains(key) ? &lists->find(key)->second : nullptr;
+    }
+    const PropertyList::Array* const array = value == nullptr ? nullptr : value->array();
+    return array == nullptr ? PropertyList::Array() : *array;
+}
+
+/// Adds the entries of a list to the report, and to `sources` those that the menu has.
+template <typename Item>
+void addUserEntries(Report& report, std::vector<const UserEntry*>& sources, const FileReport& file,
+                    std::string_view key, const std::vector<Item>& read) {
+    const PropertyList::Array array = savedArray(file.name, key);
+    const std::vector<bool> isRead = readEntries(array, file.isUsable ? read : std::vector<Item>());
+    sources.resize(read.size() - static_cast<std::size_t>(std::ranges::count(isRead, true)));
+    const auto kind = finderCustomDestinationKindWithRawValue(key);
+    for (std::size_t index = 0; index < array.size(); ++index) {
+        UserEntry& entry = report.userEntries.emplace_back();
+        entry.fileName = file.name;
+        entry.place = joined({key, "[", std::to_string(index), "]"});
+        entry.isRead = isRead[index];
+        if (const PropertyList::Dictionary* const dictionary = array[index].dictionary()) {
+            entry.id = stringOrEmpty(*dictionary, "id");
+            entry.name = stringOrEmpty(*dictionary, "name");
+            entry.path = stringOrEmpty(*dictionary, "path");
+        }
+        entry.isHidden =
+            kind && isBuiltInFileDestination({entry.id, entry.name, entry.path}, *kind);
+        if (entry.isRead && !entry.isHidden) {
+            sources.push_back(&entry);
+        }
+    }
+}
+
+Sources addAllUserEntries(Report& report, const SettingsReading& reading) {
+    Sources sources;
+    for (const FinderCustomDestinationKind kind : allFinderCustomDestinationKinds) {
+        addUserEntries(report, sources.at(static_cast<std::size_t>(std::to_underlying(kind))),
+                       report.files[destinationsFile], rawValue(kind), reading.destinations(kind));
+    }
+    addUserEntries(report, sources.at(actionList), report.files[actionsFile], {},
+                   reading.customActions());
+    addUserEntries(report, sources.at(presetList), report.files[presetsFile], {},
+                   reading.viewPresets());
+    return sources;
+}
+
+/// The list that an entry of the menu shows an element of. Absent for what the catalogue has.
+std::optional<std::size_t> listOfEntry(std::string_view id) {
+    const auto list = [](FinderCustomDestinationKind kind) {
+        return static_cast<std::size_t>(std::to_underlying(kind));
+    };
+    if (id == copyFilesToFolderActionID) {
+        return list(FinderCustomDestinationKind::copy);
+    }
+    if (id == moveFilesToFolderActionID) {
+        return list(FinderCustomDestinationKind::move);
+    }
+    if (id == quickOpenPathActionID) {
+        return list(FinderCustomDestinationKind::quickOpen);
+    }
+    if (id.starts_with(openWithApplicationIdentifierPrefix)) {
+        return list(FinderCustomDestinationKind::openApplication);
+    }
+    if (id.starts_with(runShortcutIdentifierPrefix) || id.starts_with(runScriptIdentifierPrefix)) {
+        return actionList;
+    }
+    return id.starts_with(viewPresetIdentifierPrefix) ? std::optional(presetList) : std::nullopt;
+}
+
+void connect(std::vector<MenuEntry>& menu, const Sources& sources) {
+    std::array<std::size_t, listCount> shown{};
+    forEachEntry(menu, [&](MenuEntry& entry) {
+        if (const auto list = entry.submenu ? std::nullopt : listOfEntry(entry.id)) {
+            const std::size_t index = shown.at(*list)++;
+            const std::vector<const UserEntry*>& entries = sources.at(*list);
+            entry.source = index < entries.size() ? entries[index] : nullptr;
+        }
+    });
+}
+
+/// The identifier of the feature among `features` with this title. Empty when there is none.
+std::string_view featureIDWithTitle(const std::vector<FinderFeature>& features,
+                                    std::string_view wanted) {
+    const auto found =
+        std::ranges::find(features, wanted, [](FinderFeature feature) { return title(feature); });
+    return found == features.end() ? std::string_view() : rawValue(*found);
+}
+
+/// The items of one menu: as it is with nothing selected, with a target, and with a selection.
+std::vector<MenuEntry> menuEntries(const Menu& menu, const Menu& targeted, const Menu& selected,
+                                   const std::vector<FinderFeature>& features) {
+    std::vector<MenuEntry> entries;
+    entries.reserve(menu.items.size());
+    for (std::size_t index = 0; index < menu.items.size(); ++index) {
+        const MenuItem& item = menu.items[index];
+        const MenuItem& targetedItem = targeted.items.at(index);
+        const MenuItem& selectedItem = selected.items.at(index);
+        MenuEntry& entry = entries.emplace_back();
+        entry.title = item.title;
+        entry.isSeparator = item.isSeparator;
+        entry.enabled = item.enabled           ? Enabled::always
+                        : targetedItem.enabled ? Enabled::withSelectionOrTarget
+                        : selectedItem.enabled ? Enabled::withSelection
+                                               : Enabled::never;
+        entry.id = item.identifier.value_or(std::string());
+        const auto* const context =
+            std::get_if<FinderActionContextPointer>(&item.representedObject);
+        if (context != nullptr && *context != nullptr) {
+            entry.destinationPath = (*context)->destinationPath();
+            if (!item.identifier) {
+                entry.id = (*context)->actionID();
+            }
+        }
+        if (item.submenu) {
+            entry.id = featureIDWithTitle(features, item.title);
+            entry.submenu =
+                menuEntries(*item.submenu, *targetedItem.submenu, *selectedItem.submenu, features);
+        }
+    }
+    return entries;
+}
+
+void makeMenu(Report& report, MenuRequest& request) {
+    const Menu menu = assembledMenu(request);
+    request.targetedURL = FileURL::directory("/");
+    const Menu targeted = assembledMenu(request);
+    request.selectedURLs = FinderSelection({FileURL::file("/a")});
+    const Menu selected = assembledMenu(request);
+    report.menu = menuEntries(menu, targeted, selected, report.settings.features);
+}
+
+void addMenuFindings(Report& report) {
+    std::map<std::string_view, std::size_t> titles;
+    forEachEntry(report.menu, [&titles](const MenuEntry& entry) {
+        titles[entry.title] += entry.submenu || entry.isSeparator ? 0 : 1;
+    });
+    std::map<std::string_view, const UserEntry*> sourcesByID;
+    const auto file = [&report](std::string_view name) -> FileReport& {
+        return *std::ranges::find(report.files, name, &FileReport::name);
+    };
+    forEachEntry(report.menu, [&](const MenuEntry& entry) {
+        if (entry.submenu && entry.submenu->empty()) {
+            FileReport& cause = report.files[entry.id == "viewOptions" ? presetsFile
+                                             : entry.id == "quickOpen" ? destinationsFile
+                                                                       : 0];
+            add(cause,
+                {emptySubmenu, {}, entry.id, {}, entry.id + " is shown, but its submenu is empty"});
+        }
+        if (entry.source == nullptr) {
+            return;
+        }
+        const UserEntry& source = *entry.source;
+        if (entry.destinationPath.empty() && !entry.id.empty()) {
+            // What a record says of these is their identifier.
+            const UserEntry* const first = sourcesByID.try_emplace(entry.id, &source).first->second;
+            if (first != &source) {
+                add(file(source.fileName),
+                    {sharedID,
+                     source.place,
+                     source.id,
+                     {},
+                     joined({source.place, ": ", first->place, " has the id ", source.id,
+                             " too, so a click does not tell which of them is meant"})});
+            }
+        }
+        if (const std::size_t count = titles.at(entry.title); count > 1) {
+            add(file(source.fileName), {sharedTitle,
+                                        source.place,
+                                        entry.title,
+                                        {},
+                                        joined({source.place, ": ", std::to_string(count),
+                                                " entries have the title ", entry.title})});
+        }
+    });
+}
+
+void addEntryFindings(Report& report) {
+    FileReport& file = report.files[destinationsFile];
+    for (const UserEntry& entry : report.userEntries) {
+        if (entry.isRead && entry.isHidden) {
+            add(file, {hiddenDestination,
+                       entry.place,
+                       entry.path,
+                       {},
+                       joined({entry.place, ": ", entry.path,
+                               " is not in the submenu, because it has a command of its own"})});
+        }
+        if (entry.isRead && entry.place.starts_with("openApplication") &&
+            !platform::fileExistsAtPath(entry.path)) {
+            add(file, {absentApplication,
+                       entry.place,
+                       entry.path,
+                       {},
+                       joined({entry.place, ": there is no ", entry.path,
+                               "; the entry is shown all the same"})});
+        }
+    }
+}
+
+void addReadersFindings(Report& report) {
+    std::set<std::string_view> shownIDs;
+    forEachEntry(report.menu, [&shownIDs](const MenuEntry& entry) { shownIDs.insert(entry.id); });
+    for (const SettingsFinding& finding : report.readersFindings) {
+        // A command of a feature that is not shown comes back unseen.
+        if (finding.kind != Kind::newCommand || shownIDs.contains(finding.value)) {
+            addReadersFinding(*std::ranges::find(report.files, finding.fileName, &FileReport::name),
+                              finding);
+        }
+    }
+}
+
+}  // namespace
+
+std::string_view rawValue(Enabled enabled) {
+    switch (enabled) {
+        case Enabled::always:
+            return "always";
+        case Enabled::withSelectionOrTarget:
+            return "withSelectionOrTarget";
+        case Enabled::withSelection:
+            return "withSelection";
+        case Enabled::never:
+            return "never";
+    }
+    std::unreachable();
+}
+
+std::size_t FileReport::count(Severity severity) const {
+    std::size_t sum = 0;
+    for (const auto& [kind, counted] : counts) {
+        sum += counted.severity == severity ? counted.count : 0;
+    }
+    return sum;
+}
+
+std::size_t Report::count(Severity severity) const {
+    std::size_t sum = 0;
+    for (const FileReport& file : files) {
+        sum += file.count(severity);
+    }
+    return sum;
+}
+
+void examine(Report& report) {
+    MenuRequest request{MenuKind::contextualMenuForContainer,
+                        {},
+                        std::nullopt,
+                        SettingsReading(report.readersFindings)};
+    report.settings = request.settings.menuSettings();
+    std::ranges::for_each(allFinderCustomDestinationKinds,
+                          [&request](auto kind) { (void)request.settings.destinations(kind); });
+    (void)request.settings.customActions();
+    (void)request.settings.viewPresets();
+    for (const std::string_view name : fileNames) {
+        report.files.push_back(fileReport(name, report.readersFindings));
+    }
+    makeMenu(report, request);
+    connect(report.menu, addAllUserEntries(report, request.settings));
+    addReadersFindings(report);
+    addEntryFindings(report);
+    addMenuFindings(report);
+}
+
+}  // namespace quorva::doctor
