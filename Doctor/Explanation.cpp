@@ -5,7 +5,6 @@
 #include <functional>
 
 #include "Doctor/NearMiss.hpp"
-#include "QuorvaFinderExtension/SettingsFile.hpp"
 
 namespace quorva::doctor {
 
@@ -41,17 +40,6 @@ void addFindings(Explanation& explanation, const Report& report, std::string_vie
                 joined({finding.fileName, ": ", described(finding).message}));
         }
     }
-}
-
-/// Whether the settings of the features have a usable value under `key`.
-bool isInForce(const Report& report, std::string_view key) {
-    const std::string_view file = report.files.front().name;
-    const std::optional<PropertyList> root = propertyListInFile(SettingsPath(file, nullptr));
-    return root && root->dictionary() != nullptr && root->dictionary()->contains(key) &&
-           std::ranges::none_of(report.readersFindings, [&](const SettingsFinding& finding) {
-               return finding.fileName == file && finding.path.starts_with(key) &&
-                      finding.kind == SettingsFinding::Kind::wrongType;
-           });
 }
 
 std::string reasonOfAbsence(const Report& report, std::string_view key) {

@@ -95,7 +95,7 @@ std::string hint(const SettingsFinding& finding, std::string_view suggestion) {
 
 std::string withArticle(std::string_view type) {
     const bool startsWithVowel = type.starts_with('a') || type.starts_with('i');
-    return joined({startsWithVowel ? "an " : "a ", type});
+    return type == "data" ? "data" : joined({startsWithVowel ? "an " : "a ", type});
 }
 
 /// What is lost for a value of the wrong type.
@@ -131,7 +131,8 @@ std::string message(const SettingsFinding& finding, std::string_view suggestion)
         case Kind::appendedFeature:
             return joined({colon, value, " is not listed, and follows at the end"});
         case Kind::ignoredFeatureOrder:
-            return joined({path, " is ignored, because there is no enabledFeatureIDs"});
+            return joined(
+                {path, " is ignored, because it counts only beside a usable enabledFeatureIDs"});
         case Kind::newFeature:
             return joined(
                 {colon, value,

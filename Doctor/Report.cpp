@@ -160,15 +160,11 @@ std::vector<bool> readEntries(const PropertyList::Array& array, const std::vecto
     return result;
 }
 
-/// The array at the root of the file, or under `key` in it. Empty when there is none.
-PropertyList::Array savedArray(std::string_view fileName, std::string_view key) {
-    const std::optional<PropertyList> root = propertyListInFile(SettingsPath(fileName, nullptr));
-    if (!root) {
-        return {};
-    }
-    const PropertyList* value = &*root;
-    if (!key.empty()) {
-        const PropertyList::Dictionary* const lists = root->dictionary();
+/// The array that `root` is or, with a key, has under it. Empty when there is none.
+PropertyList::Array savedArray(const std::optional<PropertyList>& root, std::string_view key) {
+    const PropertyList* value = root ? &*root : nullptr;
+    if (value != nullptr && !key.empty()) {
+        const PropertyList::Dictionary* const lists = value->dictionary();
         value = lists != nullptr && lists->contains(key) ? &lists->find(key)->second : nullptr;
     }
     const PropertyList::Array* const array = value == nullptr ? nullptr : value->array();
@@ -178,8 +174,8 @@ PropertyList::Array savedArray(std::string_view fileName, std::string_view key) 
 /// Adds the entries of a list to the report, and to `sources` those that the menu has.
 template <typename Item>
 void addUserEntries(Report& report, std::vector<const UserEntry*>& sources, const FileReport& file,
-                    std::string_view key, const std::vector<Item>& read) {
-    const PropertyList::Array array = savedArray(file.name, key);
+                    std::string_view key, const PropertyList::Array& array,
+                    const std::vector<Item>& read) {
     const std::vector<bool> isRead = readEntries(array, file.isUsable ? read : std::vector<Item>());
     sources.resize(read.size() - static_cast<std::size_t>(std::ranges::count(isRead, true)));
     const auto kind = finderCustomDestinationKindWithRawValue(key);
@@ -193,8 +189,10 @@ void addUserEntries(Report& report, std::vector<const UserEntry*>& sources, cons
             entry.name = stringOrEmpty(*dictionary, "name");
             entry.path = stringOrEmpty(*dictionary, "path");
         }
-        entry.isHidden =
-            kind && isBuiltInFileDestination({entry.id, entry.name, entry.path}, *kind);
+        if (entry.isRead) {
+            entry.isHidden =
+                kind && isBuiltInFileDestination({entry.id, entry.name, entry.path}, *kind);
+        }
         if (entry.isRead && !entry.isHidden) {
             sources.push_back(&entry);
         }
@@ -202,14 +200,22 @@ void addUserEntries(Report& report, std::vector<const UserEntry*>& sources, cons
 }
 
 Sources addAllUserEntries(Report& report, const SettingsReading& reading) {
+    const auto rootOf = [](const FileReport& file) {
+        return propertyListInFile(SettingsPath(file.name, nullptr));
+    };
     Sources sources;
+    const FileReport& destinations = report.files[destinationsFile];
+    const std::optional<PropertyList> lists = rootOf(destinations);
     for (const FinderCustomDestinationKind kind : allFinderCustomDestinationKinds) {
         addUserEntries(report, sources.at(static_cast<std::size_t>(std::to_underlying(kind))),
-                       report.files[destinationsFile], rawValue(kind), reading.destinations(kind));
+                       destinations, rawValue(kind), savedArray(lists, rawValue(kind)),
+                       reading.destinations(kind));
     }
-    addUserEntries(report, sources.at(actionList), report.files[actionsFile], {},
+    const FileReport& actions = report.files[actionsFile];
+    addUserEntries(report, sources.at(actionList), actions, {}, savedArray(rootOf(actions), {}),
                    reading.customActions());
-    addUserEntries(report, sources.at(presetList), report.files[presetsFile], {},
+    const FileReport& presets = report.files[presetsFile];
+    addUserEntries(report, sources.at(presetList), presets, {}, savedArray(rootOf(presets), {}),
                    reading.viewPresets());
     return sources;
 }
@@ -248,6 +254,18 @@ void connect(std::vector<MenuEntry>& menu, const Sources& sources) {
     });
 }
 
+/// When an entry with `action` can be clicked that can't be with nothing selected and no target.
+Enabled enabled(const FinderFeatureAction& action) {
+    static const MenuRequest targeted{
+        MenuKind::contextualMenuForContainer, {}, FileURL::directory("/"), SettingsReading()};
+    static const MenuRequest selected{MenuKind::contextualMenuForItems,
+                                      FinderSelection({FileURL::file("/a")}), std::nullopt,
+                                      SettingsReading()};
+    return isEnabled(action, targeted)   ? Enabled::withSelectionOrTarget
+           : isEnabled(action, selected) ? Enabled::withSelection
+                                         : Enabled::never;
+}
+
 /// The identifier of the feature among `features` with this title. Empty when there is none.
 std::string_view featureIDWithTitle(const std::vector<FinderFeature>& features,
                                     std::string_view wanted) {
@@ -256,47 +274,31 @@ std::string_view featureIDWithTitle(const std::vector<FinderFeature>& features,
     return found == features.end() ? std::string_view() : rawValue(*found);
 }
 
-/// The items of one menu: as it is with nothing selected, with a target, and with a selection.
-std::vector<MenuEntry> menuEntries(const Menu& menu, const Menu& targeted, const Menu& selected,
-                                   const std::vector<FinderFeature>& features) {
+/// The items of `menu`, made with nothing selected and no target.
+std::vector<MenuEntry> menuEntries(const Menu& menu, const std::vector<FinderFeature>& features) {
     std::vector<MenuEntry> entries;
     entries.reserve(menu.items.size());
-    for (std::size_t index = 0; index < menu.items.size(); ++index) {
-        const MenuItem& item = menu.items[index];
-        const MenuItem& targetedItem = targeted.items.at(index);
-        const MenuItem& selectedItem = selected.items.at(index);
+    for (const MenuItem& item : menu.items) {
         MenuEntry& entry = entries.emplace_back();
         entry.title = item.title;
         entry.isSeparator = item.isSeparator;
-        entry.enabled = item.enabled           ? Enabled::always
-                        : targetedItem.enabled ? Enabled::withSelectionOrTarget
-                        : selectedItem.enabled ? Enabled::withSelection
-                                               : Enabled::never;
+        entry.enabled = item.enabled ? Enabled::always : Enabled::never;
         entry.id = item.identifier.value_or(std::string());
         const auto* const context =
             std::get_if<FinderActionContextPointer>(&item.representedObject);
         if (context != nullptr && *context != nullptr) {
             entry.destinationPath = (*context)->destinationPath();
-            if (!item.identifier) {
-                entry.id = (*context)->actionID();
+            entry.id = item.identifier.value_or((*context)->actionID());
+            if (!item.enabled) {
+                entry.enabled = enabled((*context)->action());
             }
         }
         if (item.submenu) {
             entry.id = featureIDWithTitle(features, item.title);
-            entry.submenu =
-                menuEntries(*item.submenu, *targetedItem.submenu, *selectedItem.submenu, features);
+            entry.submenu = menuEntries(*item.submenu, features);
         }
     }
     return entries;
-}
-
-void makeMenu(Report& report, MenuRequest& request) {
-    const Menu menu = assembledMenu(request);
-    request.targetedURL = FileURL::directory("/");
-    const Menu targeted = assembledMenu(request);
-    request.selectedURLs = FinderSelection({FileURL::file("/a")});
-    const Menu selected = assembledMenu(request);
-    report.menu = menuEntries(menu, targeted, selected, report.settings.features);
 }
 
 void addMenuFindings(Report& report) {
@@ -370,9 +372,12 @@ void addEntryFindings(Report& report) {
 void addReadersFindings(Report& report) {
     std::set<std::string_view> shownIDs;
     forEachEntry(report.menu, [&shownIDs](const MenuEntry& entry) { shownIDs.insert(entry.id); });
+    const bool listsCommands = isInForce(report, "enabledChildIDs");
     for (const SettingsFinding& finding : report.readersFindings) {
-        // A command of a feature that is not shown comes back unseen.
-        if (finding.kind != Kind::newCommand || shownIDs.contains(finding.value)) {
+        // A command of a feature that is not shown comes back unseen, and where no commands are
+        // listed, none of a feature may be.
+        if ((finding.kind != Kind::newCommand || shownIDs.contains(finding.value)) &&
+            (finding.kind != Kind::featureWithoutCommands || listsCommands)) {
             addReadersFinding(*std::ranges::find(report.files, finding.fileName, &FileReport::name),
                               finding);
         }
@@ -411,11 +416,21 @@ std::size_t Report::count(Severity severity) const {
     return sum;
 }
 
+bool isInForce(const Report& report, std::string_view key) {
+    const std::string_view file = report.files.front().name;
+    const std::optional<PropertyList> root = propertyListInFile(SettingsPath(file, nullptr));
+    return root && root->dictionary() != nullptr && root->dictionary()->contains(key) &&
+           std::ranges::none_of(report.readersFindings, [&](const SettingsFinding& finding) {
+               return finding.fileName == file && finding.path.starts_with(key) &&
+                      finding.kind == SettingsFinding::Kind::wrongType;
+           });
+}
+
 void examine(Report& report) {
-    MenuRequest request{MenuKind::contextualMenuForContainer,
-                        {},
-                        std::nullopt,
-                        SettingsReading(report.readersFindings)};
+    const MenuRequest request{MenuKind::contextualMenuForContainer,
+                              {},
+                              std::nullopt,
+                              SettingsReading(report.readersFindings)};
     report.settings = request.settings.menuSettings();
     std::ranges::for_each(allFinderCustomDestinationKinds,
                           [&request](auto kind) { (void)request.settings.destinations(kind); });
@@ -424,7 +439,7 @@ void examine(Report& report) {
     for (const std::string_view name : fileNames) {
         report.files.push_back(fileReport(name, report.readersFindings));
     }
-    makeMenu(report, request);
+    report.menu = menuEntries(assembledMenu(request), report.settings.features);
     connect(report.menu, addAllUserEntries(report, request.settings));
     addReadersFindings(report);
     addEntryFindings(report);

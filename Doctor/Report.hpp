@@ -102,6 +102,9 @@ void forEachEntry(Entries& entries, const Visit& visit) {
     }
 }
 
+/// Whether the settings of the features have a usable value under `key`.
+[[nodiscard]] bool isInForce(const Report& report, std::string_view key);
+
 /// Reads the settings and makes the menu, as the extension does.
 void examine(Report& report);
 

@@ -143,14 +143,17 @@ int parseAndRun(int count, char** arguments) {
     Options options;
     app.add_option("--home", options.home,
                    "The home that the extension sees. Without it the account's, or the extension's "
-                   "container in it");
+                   "container in it")
+        ->type_name("DIR");
     app.add_option("--account-home", options.accountHome,
-                   "The home of the account, where it is another");
+                   "The home of the account, where it is another")
+        ->type_name("DIR");
     app.add_flag("--json", options.isJSON, "Print JSON, as Documentation/Doctor.md has it");
     const CLI::Option* const explain =
         app.add_option("--explain", options.explained,
                        "Say why a feature, a command or an entry is shown or not: its identifier "
-                       "or its title");
+                       "or its title")
+            ->type_name("ID");
     app.set_version_flag("--version", "quorva-doctor " QUORVA_VERSION);
     app.footer(
         "Exit status: 0 when there is nothing to mend, or what is explained is shown; 1 with "

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Inspects the containing application that `make run` embeds the extension in, and what the tests
-were linked to, and fails with a line for each property that is not as it must be.
+"""Inspects the containing application that `make run` embeds the extension in, the doctor, and what
+the tests were linked to, and fails with a line for each property that is not as it must be.
 
 These programs are linked as far as the declarations reach: of the C++ library they may need more
 than the declarations have, and of everything else nothing.
@@ -70,11 +70,16 @@ def main():
     parser.add_argument("application", type=Path, help="the Quorva.app to inspect")
     parser.add_argument("--version", required=True, help="the version that it must state")
     parser.add_argument("--minimum-system-version", required=True, metavar="VERSION")
+    parser.add_argument("--tool", type=Path, action="append", default=[],
+                        help="a program for the command line to inspect")
     parser.add_argument("programs", type=Path, nargs="*", help="tests whose symbols are inspected")
     arguments = parser.parse_args()
 
     deviations = [f"Quorva.app: {line}" for line in application_deviations(
         arguments.application, arguments.version, arguments.minimum_system_version)]
+    for tool in arguments.tool:
+        deviations += [f"{tool.name}: {line}" for line in executable_deviations(
+            tool, arguments.minimum_system_version, slice_deviations)]
     for program in arguments.programs:
         deviations += [f"{program.name}: {line}" for line in symbol_deviations(program)]
     for line in deviations:

@@ -472,6 +472,8 @@ bool isReadableText(NSData* data) {
 @implementation NSPropertyListSerialization (Simulator)
 
 + (void)load {
+    // A class whose methods were exchanged before its first message is never initialized.
+    [self class];
     simulator::exchangeMethods(object_getClass(self),
                                @selector(propertyListWithData:options:format:error:),
                                @selector(simulatorPropertyListWithData:options:format:error:));

@@ -5,27 +5,27 @@ import unittest
 
 from script_test import ScriptTestCase
 
-BOTH = ("googletest", "nlohmann-json")
+ALL = ("cli11", "googletest", "nlohmann-json")
 TOOLS = "the command line tools are missing: xcode-select --install"
 OLD = "and 3.25 is the oldest that builds this: brew upgrade cmake"
 
 # Whether the command line tools are there, CMake's version and other programs, formulae of Homebrew
 # or no Homebrew, and what is said to be missing.
 CASES = (
-    (True, "3.31.2", ("ninja",), BOTH, None),
+    (True, "3.31.2", ("ninja",), ALL, None),
     (True, "3.25.0", ("ninja",), None, None),
-    (True, "4.0.1", ("ninja",), BOTH, None),
-    (True, "10.2", ("ninja",), BOTH, None),
-    (True, "3.24.4", ("ninja",), BOTH, f"CMake is 3.24.4, {OLD}"),
-    (True, "3.9.6", ("ninja",), BOTH, f"CMake is 3.9.6, {OLD}"),
-    (True, "2.8.12", ("ninja",), BOTH, f"CMake is 2.8.12, {OLD}"),
-    (False, "3.31.2", ("ninja",), BOTH, TOOLS),
-    (True, None, ("ninja",), BOTH, "something is missing: brew install cmake"),
+    (True, "4.0.1", ("ninja",), ALL, None),
+    (True, "10.2", ("ninja",), ALL, None),
+    (True, "3.24.4", ("ninja",), ALL, f"CMake is 3.24.4, {OLD}"),
+    (True, "3.9.6", ("ninja",), ALL, f"CMake is 3.9.6, {OLD}"),
+    (True, "2.8.12", ("ninja",), ALL, f"CMake is 2.8.12, {OLD}"),
+    (False, "3.31.2", ("ninja",), ALL, TOOLS),
+    (True, None, ("ninja",), ALL, "something is missing: brew install cmake"),
     (True, None, (), None, "something is missing: brew install cmake ninja"),
-    (True, "3.31.2", ("ninja",), ("nlohmann-json",),
+    (True, "3.31.2", ("ninja",), ("cli11", "nlohmann-json"),
      "something is missing: brew install googletest"),
     (True, "3.31.2", (), (),
-     "something is missing: brew install ninja googletest nlohmann-json"),
+     "something is missing: brew install ninja cli11 googletest nlohmann-json"),
 )
 
 
