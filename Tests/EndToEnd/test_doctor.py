@@ -548,7 +548,7 @@ class MenuTest(DoctorTestCase):
 
     def check(self, extension):
         report = self.report("--account-home", self.home.real_home)
-        self.assert_same(self.reported(report["menu"]), self.shown(extension.menu()))
+        self.assertEqual(self.reported(report["menu"]), self.shown(extension.menu()))
         for request, enabled in (
                 (Request(), ("always",)),
                 (Request([], "/t"), ("always", "withSelectionOrTarget")),
