@@ -48,8 +48,9 @@ class ReadmeTest(unittest.TestCase):
 
     def commands_of_make(self, command):
         """The last command that make would run."""
-        run = subprocess.run(command.replace("make", "make -n", 1), shell=True, cwd=ROOT, check=True,
-                             stdout=subprocess.PIPE, encoding="utf-8")
+        run = subprocess.run(
+            command.replace("make", "make -n", 1), shell=True, cwd=ROOT, check=True,
+            stdout=subprocess.PIPE, encoding="utf-8")
         return run.stdout.splitlines()[-1]
 
     def assert_commands_work(self, commands, output):
