@@ -19,6 +19,33 @@ namespace {
 using Kind = SettingsFinding::Kind;
 using IDs = std::vector<std::string_view>;
 
+constexpr std::pair<Kind, FindingKind> kinds[] = {
+    {Kind::missingFile, {"missingFile", Severity::note}},
+    {Kind::unreadableFile, {"unreadableFile", Severity::finding}},
+    {Kind::malformedFile, {"malformedFile", Severity::finding}},
+    {Kind::wrongType, {"wrongType", Severity::finding}},
+    {Kind::unknownKey, {"unknownKey", Severity::note}},
+    {Kind::unknownLayout, {"unknownLayout", Severity::finding}},
+    {Kind::unknownFeature, {"unknownFeature", Severity::finding}},
+    {Kind::repeatedFeature, {"repeatedFeature", Severity::finding}},
+    {Kind::appendedFeature, {"appendedFeature", Severity::note}},
+    {Kind::ignoredFeatureOrder, {"ignoredFeatureOrder", Severity::finding, true}},
+    {Kind::newFeature, {"newFeature", Severity::finding, true}},
+    {Kind::unknownCommand, {"unknownCommand", Severity::finding}},
+    {Kind::repeatedCommand, {"repeatedCommand", Severity::finding}},
+    {Kind::appendedCommand, {"appendedCommand", Severity::note}},
+    {Kind::replacedCommandOrder, {"replacedCommandOrder", Severity::finding}},
+    {Kind::newCommand, {"newCommand", Severity::finding, true}},
+    {Kind::featureWithoutCommands, {"featureWithoutCommands", Severity::finding, true}},
+    {Kind::missingKey, {"missingKey", Severity::finding}},
+    {Kind::emptyValue, {"emptyValue", Severity::finding}},
+    {Kind::unknownKind, {"unknownKind", Severity::finding}},
+    {Kind::catalogueApplication, {"catalogueApplication", Severity::finding}},
+    {Kind::defaultApplication, {"defaultApplication", Severity::finding}},
+    {Kind::missingApplication, {"missingApplication", Severity::note}},
+    {Kind::numberedPreset, {"numberedPreset", Severity::note}},
+};
+
 bool isAboutFeatures(const SettingsFinding& finding) {
     return finding.fileName == "FeatureSettings.plist";
 }
@@ -195,58 +222,7 @@ std::string joined(std::initializer_list<std::string_view> strings) {
 }
 
 FindingKind kindOf(SettingsFinding::Kind kind) {
-    using enum Severity;
-    switch (kind) {
-        case Kind::missingFile:
-            return {"missingFile", note};
-        case Kind::unreadableFile:
-            return {"unreadableFile", finding};
-        case Kind::malformedFile:
-            return {"malformedFile", finding};
-        case Kind::wrongType:
-            return {"wrongType", finding};
-        case Kind::unknownKey:
-            return {"unknownKey", note};
-        case Kind::unknownLayout:
-            return {"unknownLayout", finding};
-        case Kind::unknownFeature:
-            return {"unknownFeature", finding};
-        case Kind::repeatedFeature:
-            return {"repeatedFeature", finding};
-        case Kind::appendedFeature:
-            return {"appendedFeature", note};
-        case Kind::ignoredFeatureOrder:
-            return {"ignoredFeatureOrder", finding, true};
-        case Kind::newFeature:
-            return {"newFeature", finding, true};
-        case Kind::unknownCommand:
-            return {"unknownCommand", finding};
-        case Kind::repeatedCommand:
-            return {"repeatedCommand", finding};
-        case Kind::appendedCommand:
-            return {"appendedCommand", note};
-        case Kind::replacedCommandOrder:
-            return {"replacedCommandOrder", finding};
-        case Kind::newCommand:
-            return {"newCommand", finding, true};
-        case Kind::featureWithoutCommands:
-            return {"featureWithoutCommands", finding, true};
-        case Kind::missingKey:
-            return {"missingKey", finding};
-        case Kind::emptyValue:
-            return {"emptyValue", finding};
-        case Kind::unknownKind:
-            return {"unknownKind", finding};
-        case Kind::catalogueApplication:
-            return {"catalogueApplication", finding};
-        case Kind::defaultApplication:
-            return {"defaultApplication", finding};
-        case Kind::missingApplication:
-            return {"missingApplication", note};
-        case Kind::numberedPreset:
-            return {"numberedPreset", note};
-    }
-    std::unreachable();
+    return std::ranges::find(kinds, kind, [](const auto& entry) { return entry.first; })->second;
 }
 
 Finding described(const SettingsFinding& finding) {

@@ -109,7 +109,9 @@ Result<FileHandle> FileHandle::forAppendingToURL(const FileURL&) {
 FileHandle::FileHandle(FileHandle&& other) noexcept
     : descriptor_(std::exchange(other.descriptor_, -1)) {}
 
-FileHandle::~FileHandle() = default;
+FileHandle::~FileHandle() {
+    descriptor_ = -1;
+}
 
 std::optional<char> FileHandle::lastByte() const {
     return std::nullopt;

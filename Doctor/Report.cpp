@@ -67,7 +67,10 @@ bool isOutOfReach(const std::string& path) {
 
 /// Causes stand before what follows from them, and findings before notes.
 int rank(const Finding& finding) {
-    return finding.kind.severity == Severity::note ? 2 : finding.kind.isConsequence ? 1 : 0;
+    if (finding.kind.severity == Severity::note) {
+        return 2;
+    }
+    return finding.kind.isConsequence ? 1 : 0;
 }
 
 void add(FileReport& file, Finding finding) {
@@ -261,9 +264,10 @@ Enabled enabled(const FinderFeatureAction& action) {
     static const MenuRequest selected{MenuKind::contextualMenuForItems,
                                       FinderSelection({FileURL::file("/a")}), std::nullopt,
                                       SettingsReading()};
-    return isEnabled(action, targeted)   ? Enabled::withSelectionOrTarget
-           : isEnabled(action, selected) ? Enabled::withSelection
-                                         : Enabled::never;
+    if (isEnabled(action, targeted)) {
+        return Enabled::withSelectionOrTarget;
+    }
+    return isEnabled(action, selected) ? Enabled::withSelection : Enabled::never;
 }
 
 /// The identifier of the feature among `features` with this title. Empty when there is none.
@@ -312,10 +316,7 @@ void addMenuFindings(Report& report) {
     };
     forEachEntry(report.menu, [&](const MenuEntry& entry) {
         if (entry.submenu && entry.submenu->empty()) {
-            FileReport& cause = report.files[entry.id == "viewOptions" ? presetsFile
-                                             : entry.id == "quickOpen" ? destinationsFile
-                                                                       : 0];
-            add(cause,
+            add(report.files[entry.id == "viewOptions" ? presetsFile : destinationsFile],
                 {emptySubmenu, {}, entry.id, {}, entry.id + " is shown, but its submenu is empty"});
         }
         if (entry.source == nullptr) {

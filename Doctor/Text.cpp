@@ -49,12 +49,9 @@ class Writer {
             width = std::max(width, file.name.size());
         }
         for (const FileReport& file : report.files) {
-            const std::string_view state = !file.isFound   ? "not found"
-                                           : file.isUsable ? "read"
-                                                           : "ignored";
+            const std::string_view state = file.isUsable ? "read" : "ignored";
             const std::string counts = numbers(file);
-            line({padded(file.name, width + 2),
-                  padded(state, counts.empty() && file.encoding.empty() ? 0 : 11),
+            line({padded(file.name, width + 2), padded(file.isFound ? state : "not found", 11),
                   padded(file.encoding, counts.empty() ? 0 : 11), counts});
         }
     }
@@ -81,7 +78,7 @@ class Writer {
     }
 
     void menu(const std::vector<MenuEntry>& entries, std::size_t depth) {
-        const std::string indentation(2 + 4 * depth, ' ');
+        const std::string indentation(2 + (4 * depth), ' ');
         for (std::size_t index = 0; index < std::min(entries.size(), entryLimit); ++index) {
             const MenuEntry& entry = entries[index];
             if (entry.isSeparator) {
