@@ -147,6 +147,9 @@ std::string text(const Homes& homes, const Report& report, bool isColoured) {
     writer.line({"home          ", escaped(homes.home)});
     writer.line({"account home  ", escaped(homes.accountHome), "\n"});
     writer.files(report);
+    if (report.count(Severity::finding) == 0) {
+        writer.line({"\nNothing to mend."});
+    }
     writer.findings(report, Severity::finding, "Findings", red);
     writer.findings(report, Severity::note, "Notes", dim);
     writer.heading("Menu");
@@ -175,7 +178,7 @@ std::string text(const Report& report, std::string_view name,
             writer.line({"  ", condition(explanation.enabled)});
         }
         for (const std::string& reason : explanation.reasons) {
-            writer.line({"  because: ", escaped(reason)});
+            writer.line({explanation.isShown ? "  " : "  because: ", escaped(reason)});
         }
     }
     return writer.result();

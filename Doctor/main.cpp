@@ -50,11 +50,6 @@ std::string absolutePath(const std::string& path) {
     return absolute;
 }
 
-bool isFolder(const std::string& path) {
-    struct stat status{};
-    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
 /// Throws unless the settings of `home` can be looked for.
 void checkHome(const std::string& home) {
     struct stat status{};
@@ -82,7 +77,11 @@ std::string ownHome() {
 /// The home of an account with this home, in which the extension may have a container.
 std::string homeOfExtension(const std::string& accountHome) {
     const std::string inContainer = accountHome + std::string(extensionContainer);
-    return isFolder(inContainer) ? inContainer : accountHome;
+    struct stat status{};
+    // One that may not be looked at is there all the same, and is told.
+    const bool isMissing =
+        ::stat(inContainer.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
+    return isMissing ? accountHome : inContainer;
 }
 
 Homes homes(const Options& options) {

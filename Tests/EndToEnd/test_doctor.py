@@ -247,7 +247,9 @@ class FilesTest(DoctorTestCase):
             feature_settings=features(), **samples.user_data()))
         report = self.report(status=0)
         self.assertEqual((report["findings"], len(report["files"])), (0, 4))
-        self.assertNotIn("Findings", self.doctor(status=0))
+        output = self.doctor(status=0)
+        self.assertIn("\nNothing to mend.\n", output)
+        self.assertNotIn("Findings", output)
 
     def test_no_settings_are_no_fault(self):
         report = self.report(status=0)
@@ -450,6 +452,13 @@ class HomeTest(DoctorTestCase):
                                             environment={"HOME": "/nowhere"}).stdout)
         self.assertEqual((report["home"], report["accountHome"]),
                          (str(container), str(self.home.path)))
+
+    def test_a_container_that_can_t_be_looked_at_is_not_passed_over(self):
+        container = self.home.path / CONTAINER
+        container.mkdir(parents=True)
+        container.parent.chmod(0)
+        self.addCleanup(container.parent.chmod, 0o700)
+        self.assertIn(f"{container}: Permission denied", self.refused())
 
     def test_the_home_of_the_account_is_that_around_a_container(self):
         container = self.home.path / CONTAINER
