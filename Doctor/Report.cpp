@@ -125,42 +125,23 @@ std::string stringOrEmpty(const PropertyList::Dictionary& entry, std::string_vie
     return string == nullptr ? "" : *string;
 }
 
-bool has(const PropertyList::Dictionary& entry, std::string_view key, std::string_view value) {
-    const std::string* const string = stringForKey(entry, key);
-    return string != nullptr && *string == value;
-}
-
-bool isMadeOf(const FinderCustomDestination& destination, const PropertyList::Dictionary& entry) {
-    return has(entry, "id", destination.id) && has(entry, "name", destination.name) &&
-           has(entry, "path", destination.path);
-}
-
-bool isMadeOf(const FinderCustomShortcutAction& action, const PropertyList::Dictionary& entry) {
-    return has(entry, "id", action.id) && has(entry, "name", action.name) &&
-           stringOrEmpty(entry, "shortcutName") == action.shortcutName &&
-           stringOrEmpty(entry, "scriptPath") == action.scriptPath;
-}
-
-bool isMadeOf(const FinderViewPresetSetting& preset, const PropertyList::Dictionary& entry) {
-    return has(entry, "id", preset.id) && has(entry, "viewMode", preset.viewMode) &&
-           has(entry, "sortMode", preset.sortMode) &&
-           stringOrEmpty(entry, "name").starts_with(preset.name);
-}
-
-/// Which of the entries in `array` are the source of those that were `read`.
-template <typename Item>
-std::vector<bool> readEntries(const PropertyList::Array& array, const std::vector<Item>& read) {
-    std::vector<bool> result(array.size());
-    auto last = read.rbegin();
-    // From the end, because what is read begins with the default applications.
-    for (std::size_t index = array.size(); index-- > 0 && last != read.rend();) {
-        const PropertyList::Dictionary* const entry = array[index].dictionary();
-        if (entry != nullptr && isMadeOf(*last, *entry)) {
-            result[index] = true;
-            ++last;
+/// The places of the entries that the reader of `file` has dropped.
+std::set<std::string_view> droppedEntries(const SettingsFindings& findings,
+                                          std::string_view fileName) {
+    std::set<std::string_view> places;
+    for (const SettingsFinding& finding : findings) {
+        const std::string_view path = finding.path;
+        if (finding.fileName != fileName) {
+            continue;
+        }
+        if (finding.kind == Kind::missingKey || finding.kind == Kind::emptyValue) {
+            places.insert(path.substr(0, path.rfind('.')));
+        } else if (finding.kind == Kind::catalogueApplication ||
+                   finding.kind == Kind::defaultApplication) {
+            places.insert(path);
         }
     }
-    return result;
+    return places;
 }
 
 /// The array that `root` is or, with a key, has under it. Empty when there is none.
@@ -174,19 +155,17 @@ PropertyList::Array savedArray(const std::optional<PropertyList>& root, std::str
     return array == nullptr ? PropertyList::Array() : *array;
 }
 
-/// Adds the entries of a list to the report, and to `sources` those that the menu has.
-template <typename Item>
+/// Adds the entries of a list to the report, and to `sources` those that the menu has, of which
+/// there are `count` with the default ones before them.
 void addUserEntries(Report& report, std::vector<const UserEntry*>& sources, const FileReport& file,
-                    std::string_view key, const PropertyList::Array& array,
-                    const std::vector<Item>& read) {
-    const std::vector<bool> isRead = readEntries(array, file.isUsable ? read : std::vector<Item>());
-    sources.resize(read.size() - static_cast<std::size_t>(std::ranges::count(isRead, true)));
+                    std::string_view key, const PropertyList::Array& array, std::size_t count) {
+    const std::set<std::string_view> dropped = droppedEntries(report.readersFindings, file.name);
     const auto kind = finderCustomDestinationKindWithRawValue(key);
     for (std::size_t index = 0; index < array.size(); ++index) {
         UserEntry& entry = report.userEntries.emplace_back();
         entry.fileName = file.name;
         entry.place = joined({key, "[", std::to_string(index), "]"});
-        entry.isRead = isRead[index];
+        entry.isRead = file.isUsable && !dropped.contains(entry.place);
         if (const PropertyList::Dictionary* const dictionary = array[index].dictionary()) {
             entry.id = stringOrEmpty(*dictionary, "id");
             entry.name = stringOrEmpty(*dictionary, "name");
@@ -195,11 +174,13 @@ void addUserEntries(Report& report, std::vector<const UserEntry*>& sources, cons
         if (entry.isRead) {
             entry.isHidden =
                 kind && isBuiltInFileDestination({entry.id, entry.name, entry.path}, *kind);
-        }
-        if (entry.isRead && !entry.isHidden) {
             sources.push_back(&entry);
         }
     }
+    // What was read and the file differ where it has changed meanwhile.
+    sources.insert(sources.begin(), count - std::min(count, sources.size()), nullptr);
+    std::erase_if(sources,
+                  [&](const UserEntry* source) { return source != nullptr && source->isHidden; });
 }
 
 Sources addAllUserEntries(Report& report, const SettingsReading& reading) {
@@ -212,14 +193,14 @@ Sources addAllUserEntries(Report& report, const SettingsReading& reading) {
     for (const FinderCustomDestinationKind kind : allFinderCustomDestinationKinds) {
         addUserEntries(report, sources.at(static_cast<std::size_t>(std::to_underlying(kind))),
                        destinations, rawValue(kind), savedArray(lists, rawValue(kind)),
-                       reading.destinations(kind));
+                       reading.destinations(kind).size());
     }
     const FileReport& actions = report.files[actionsFile];
     addUserEntries(report, sources.at(actionList), actions, {}, savedArray(rootOf(actions), {}),
-                   reading.customActions());
+                   reading.customActions().size());
     const FileReport& presets = report.files[presetsFile];
     addUserEntries(report, sources.at(presetList), presets, {}, savedArray(rootOf(presets), {}),
-                   reading.viewPresets());
+                   reading.viewPresets().size());
     return sources;
 }
 
