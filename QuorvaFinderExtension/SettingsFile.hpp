@@ -45,8 +45,9 @@ inline constexpr std::size_t settingsFileByteLimit = std::size_t{64} * 1024 * 10
 /// What `convert` makes of each of `entries`, which are dictionaries in the array at `path`,
 /// without those that it returns nothing for.
 template <typename Convert>
-auto validEntries(const SettingsPath& path, const PropertyList::Array& entries, Convert convert) {
-    std::vector<typename std::invoke_result_t<Convert, const SettingsPath&,
+auto validEntries(const SettingsPath& path, const PropertyList::Array& entries,
+                  const Convert& convert) {
+    std::vector<typename std::invoke_result_t<const Convert&, const SettingsPath&,
                                               const PropertyList::Dictionary&>::value_type>
         values;
     values.reserve(entries.size());
