@@ -73,13 +73,18 @@ struct FileReport {
 /// How many findings of one kind are told of one file; of a hundred thousand nobody reads more.
 inline constexpr std::size_t findingLimit = 10;
 
+// The settings files behind that of the features, as indices.
+inline constexpr std::size_t destinationsFile = 1;
+inline constexpr std::size_t actionsFile = 2;
+inline constexpr std::size_t presetsFile = 3;
+
 /// What the settings of a home say, and what the extension makes of them.
 struct Report {
     Report() = default;
     Report(const Report&) = delete;
     Report& operator=(const Report&) = delete;
 
-    /// In the order in which the readers read them.
+    /// In the order of the indices above.
     std::vector<FileReport> files;
     FinderMenuSettings settings;
     /// The menu's entries point into it.
