@@ -70,16 +70,12 @@ def main():
     parser.add_argument("application", type=Path, help="the Quorva.app to inspect")
     parser.add_argument("--version", required=True, help="the version that it must state")
     parser.add_argument("--minimum-system-version", required=True, metavar="VERSION")
-    parser.add_argument("--tool", type=Path, action="append", default=[],
-                        help="a program for the command line to inspect")
-    parser.add_argument("programs", type=Path, nargs="*", help="tests whose symbols are inspected")
+    parser.add_argument("programs", type=Path, nargs="*",
+                        help="programs whose symbols are inspected")
     arguments = parser.parse_args()
 
     deviations = [f"Quorva.app: {line}" for line in application_deviations(
         arguments.application, arguments.version, arguments.minimum_system_version)]
-    for tool in arguments.tool:
-        deviations += [f"{tool.name}: {line}" for line in executable_deviations(
-            tool, arguments.minimum_system_version, slice_deviations)]
     for program in arguments.programs:
         deviations += [f"{program.name}: {line}" for line in symbol_deviations(program)]
     for line in deviations:
