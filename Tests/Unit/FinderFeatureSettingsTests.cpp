@@ -408,6 +408,7 @@ TEST_F(FinderFeatureSettingsTest, DefaultFeatureThatTheSavedOrderDoesNotKnowIsSw
 TEST_F(FinderFeatureSettingsTest, EnabledFeatureThatTheSavedOrderDoesNotKnowIsNotNew) {
     (void)settings(
         {{"enabledFeatureIDs", everyFeatureID()}, {"featureOrder", strings({"developerTools"})}});
+    ASSERT_FALSE(findings().empty());
     for (const SettingsFinding& finding : findings()) {
         EXPECT_NE(finding.kind, Finding::newFeature);
     }
