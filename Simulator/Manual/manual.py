@@ -10,6 +10,7 @@ there are then "man/man1", "bash-completion/completions" and "zsh/site-functions
 programs that read them look below a prefix's "share".
 """
 
+import argparse
 import re
 import runpy
 import shlex
@@ -37,8 +38,7 @@ def options_of_parser(parser):
         values = getattr(action.type, "values", ())
         metavar = "" if action.nargs == 0 else action.metavar or action.dest.upper()
         option = Option(action.option_strings, metavar, values, action.help,
-                        action.nargs == "+"
-                        or type(action).__name__ in ("_AppendAction", "_ExtendAction"))
+                        action.nargs == "+" or isinstance(action, argparse._AppendAction))
         # What is switched on and off has two names that are no synonyms.
         if any(name.startswith("--no-") for name in option.names):
             on, off = option.names
@@ -176,12 +176,12 @@ def zsh_arguments(command):
                   "_files" if option.metavar in FILES else "()")
         return f":{option.metavar}:{action}" if option.metavar else ""
 
-    specifications = [f"*{value(argument)}" for argument in command.arguments]
+    descriptions = [f"*{value(argument)}" for argument in command.arguments]
     for option in command.options:
         for name in option.names:
             others = "*" if option.repeats else f"({' '.join(option.names)})"
-            specifications.append(f"{others}{name}[{zsh_text(option.help)}]{value(option)}")
-    return "_arguments -S " + " ".join(map(shlex.quote, specifications))
+            descriptions.append(f"{others}{name}[{zsh_text(option.help)}]{value(option)}")
+    return "_arguments -S " + " ".join(map(shlex.quote, descriptions))
 
 
 def zsh_completion(program):
@@ -201,13 +201,14 @@ def zsh_completion(program):
 
 def main():
     output, first, *others = map(Path, sys.argv[1:])
+    texts = {}
     for program in [finder_sim(first), *map(other_program, others)]:
-        for path, content in (
-                (f"man/man1/{program.name}.1", manual_page(program)),
-                (f"bash-completion/completions/{program.name}", bash_completion(program)),
-                (f"zsh/site-functions/_{program.name}", zsh_completion(program))):
-            (output / path).parent.mkdir(parents=True, exist_ok=True)
-            (output / path).write_text(content, encoding="utf-8")
+        texts[f"man/man1/{program.name}.1"] = manual_page(program)
+        texts[f"bash-completion/completions/{program.name}"] = bash_completion(program)
+        texts[f"zsh/site-functions/_{program.name}"] = zsh_completion(program)
+    for path, text in texts.items():
+        (output / path).parent.mkdir(parents=True, exist_ok=True)
+        (output / path).write_text(text, encoding="utf-8")
 
 
 if __name__ == "__main__":
