@@ -32,7 +32,8 @@ std::expected<void, std::string> clickItem(const std::vector<std::size_t>& index
                                            bool isRebuilt, const nlohmann::json& state);
 
 /// The last menu as a PNG in Base64, a point of `scale` pixels, with the submenus open that lie on
-/// the way of `indexPath` and the one at its end. Fails with one sentence when there is none.
+/// the way of `indexPath` and the one at its end. Fails with one sentence when there is no menu or
+/// it is empty, when the path leads to no submenu, or when the picture would be too large.
 std::expected<std::string, std::string> drawMenu(const std::vector<std::size_t>& indexPath,
                                                  unsigned scale);
 

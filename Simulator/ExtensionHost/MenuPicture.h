@@ -15,6 +15,6 @@ namespace simulator {
 /// too large.
 std::expected<NSData*, std::string> pictureOfMenu(NSMenu* menu,
                                                   const std::vector<std::size_t>& openIndexPath,
-                                                  double scale);
+                                                  unsigned scale);
 
 }  // namespace simulator

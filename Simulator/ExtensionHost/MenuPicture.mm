@@ -23,6 +23,8 @@ constexpr CGFloat overlap = 3;
 
 /// In pixels. An X server has no wider or higher drawable than 32,767.
 constexpr CGFloat longestSide = 10000;
+/// Drawing and compressing as many takes seconds, and 100 MB several times over.
+constexpr CGFloat largestArea = 25e6;
 
 /// The font of every menu; the glyphs of a character that several languages share are those of the
 /// language of the titles.
@@ -168,7 +170,8 @@ void setStraightColors(NSBitmapImageRep* bitmap) {
 }
 
 std::unexpected<std::string> tooLarge() {
-    return std::unexpected<std::string>("the picture would be wider or higher than 10,000 pixels");
+    return std::unexpected<std::string>(
+        "the picture would be wider or higher than 10,000 pixels or have more than 25 million");
 }
 
 /// Gives AppKit the look of a Mac's menus for as long as the process runs.
@@ -189,7 +192,7 @@ void useMenuTheme() {
 }  // namespace
 
 std::expected<NSData*, std::string> simulator::pictureOfMenu(
-    NSMenu* menu, const std::vector<std::size_t>& openIndexPath, double scale) {
+    NSMenu* menu, const std::vector<std::size_t>& openIndexPath, unsigned scale) {
     useMenuTheme();
     // Their vertical coordinates go downwards until the height of the picture is known.
     std::vector<SimulatorMenuPanel*> panels;
@@ -217,7 +220,8 @@ std::expected<NSData*, std::string> simulator::pictureOfMenu(
     }
     const NSRect frame =
         NSMakeRect(0, 0, std::ceil(NSWidth(covered) * scale), std::ceil(NSHeight(covered) * scale));
-    if (std::max(NSWidth(frame), NSHeight(frame)) > longestSide) {
+    if (std::max(NSWidth(frame), NSHeight(frame)) > longestSide ||
+        NSWidth(frame) * NSHeight(frame) > largestArea) {
         return tooLarge();
     }
 

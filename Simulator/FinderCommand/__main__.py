@@ -9,11 +9,12 @@ from demo import prepare_home, run_demo
 from extension_process import (
     ExtensionProcess, Failure, InvalidResponse, member, start_virtual_display)
 from menu import entry_named, menu_entries, menu_tree
+from output_file import OutputFile
 from picture import save_picture
 from sandbox import CONTAINER, enter_sandbox, lay_out_container
 from settings import copy_settings, set_layout
 from supervisor import supervise
-from terminal import escaped, json_text, show_errors, write
+from terminal import FAILURES, escaped, json_text, reason, show_errors, write
 from version import VERSION
 from watch import watch
 
@@ -269,6 +270,8 @@ def carry_out(options, folder):
     application = os.path.join(build_folder, "Quorva.app")
     if options.command == "demo":
         prepare_home(options, os.path.join(build_folder, "Samples/Home"), folder)
+    if options.command == "picture":
+        options.out = OutputFile(options.out)
     prepare_environment(options, application, folder)
 
     def start_extension():
@@ -278,6 +281,7 @@ def carry_out(options, folder):
 
     if options.command == "watch":
         watch(options, start_extension, os.path.join(build_folder, "quorva-doctor"))
+        return
     extension = start_extension()
     try:
         if options.command == "demo":
@@ -295,14 +299,9 @@ def exit_status(work):
         return 0
     except SystemExit as end:
         return end.code
-    except RecursionError:
-        reason = "the extension's response is nested too deeply"
-    except Failure as failure:
-        reason = str(failure)
-    except OSError as error:
-        reason = ": ".join(filter(None, (error.filename, error.strerror)))
-    show_errors(f"finder-sim: {reason}\n")
-    return 1
+    except FAILURES as failure:
+        show_errors(f"finder-sim: {reason(failure)}\n")
+        return 1
 
 
 def main():

@@ -11,6 +11,9 @@ Entry = namedtuple("Entry", "titles index_path item is_clickable")
 
 SEPARATOR = {"separator": True}
 
+# How an entry shows that it is a separator, opens a submenu, is disabled.
+SEPARATOR_LINE, OPENS, DISABLED = "────────", " ▸", "  (disabled)"
+
 # How many entries an error lists.
 CHOICES = 9
 
@@ -93,12 +96,12 @@ def menu_tree(menu):
 
 def _line(entry):
     if entry.item == SEPARATOR:
-        return styled("────────", "dim")
+        return styled(SEPARATOR_LINE, "dim")
     title = shown(entry.titles[-1])
     opens = "submenu" in entry.item
     if not entry.item["enabled"]:
-        return styled(f"✕ {title}{' ▸' if opens else ''}  (disabled)", "dim")
+        return styled(f"✕ {title}{OPENS * opens}{DISABLED}", "dim")
     if not opens:
         return title
     items = member(entry.item["submenu"], "items", list)
-    return styled(title, "bold") + " ▸" + ("" if items else styled("  (empty)", "dim"))
+    return styled(title, "bold") + OPENS + ("" if items else styled("  (empty)", "dim"))

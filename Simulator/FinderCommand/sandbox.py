@@ -92,6 +92,7 @@ def _enter(container, account_home, application):
     make_read_only("/tmp", AT_RECURSIVE)
     if os.path.isdir(account_home):
         mount("tmpfs", account_home, "tmpfs", data="mode=0311")
+    # The folders on the way can be passed through and not listed, like the new home.
     umask = os.umask(0o466)
     for path, descriptor in shown.items():
         os.makedirs(path, exist_ok=True)

@@ -15,6 +15,18 @@ UNFIT_TO_SHOW = re.compile(
 
 STYLES = {"bold": "1", "dim": "2", "heading": "1;36", "good": "32", "bad": "31"}
 
+# What ends the work on one response, or the process that gives it.
+FAILURES = (Failure, OSError, RecursionError)
+
+
+def reason(failure):
+    """What the user is told of one of FAILURES."""
+    if isinstance(failure, RecursionError):
+        return "the extension's response is nested too deeply"
+    if isinstance(failure, OSError):
+        return ": ".join(filter(None, (failure.filename, failure.strerror)))
+    return str(failure)
+
 
 def escaped(text, kept=""):
     """`text` as no terminal acts on it: what it could act on becomes "\\u" and four hexadecimal

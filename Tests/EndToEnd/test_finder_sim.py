@@ -25,6 +25,8 @@ from quorva_process import (
 SELECT = ["--select", "/Volumes/Work/a.txt", "--target", "/Volumes/Work"]
 REQUEST = Request(["/Volumes/Work/a.txt"], "/Volumes/Work")
 
+NAMESPACES = ["unshare", "--mount", *(["--user"] if os.geteuid() else [])]
+
 
 class FinderSimTestCase(EndToEndTestCase):
 
@@ -80,6 +82,10 @@ class FinderSimTestCase(EndToEndTestCase):
         program.parent.mkdir(parents=True)
         program.write_text("\n".join([f"#!{sys.executable}", *lines, ""]), encoding="utf-8")
         program.chmod(0o700)
+
+    def require_namespaces(self):
+        if subprocess.run([*NAMESPACES, "true"], stderr=subprocess.DEVNULL).returncode != 0:
+            self.skipTest("the system allows no namespaces here")
 
     def assert_nothing_is_left(self):
         """Neither a process nor a temporary folder."""
@@ -602,7 +608,6 @@ class OddResponseTest(FinderSimTestCase):
 
 
 PR_CAPBSET_DROP, CAP_SETPCAP, CAP_SYS_ADMIN = 24, 8, 21
-NAMESPACES = ["unshare", "--mount", *(["--user"] if os.geteuid() else [])]
 
 
 class SandboxTest(FinderSimTestCase):
@@ -612,10 +617,6 @@ class SandboxTest(FinderSimTestCase):
         super().setUp()
         self.container = (self.home.path / "Library" / "Containers"
                           / "app.ferrolin.Quorva.FinderExtension" / "Data")
-
-    def require_namespaces(self):
-        if subprocess.run([*NAMESPACES, "true"], stderr=subprocess.DEVNULL).returncode != 0:
-            self.skipTest("the system allows no namespaces here")
 
     def outcomes(self, *operations, within=()):
         """What the extension meets when it tries these in the sandbox: names of errors, or None.

@@ -1,8 +1,10 @@
 """The menu as a picture."""
 
 import base64
+import contextlib
 import functools
 import json
+import os
 import struct
 import subprocess
 import unittest
@@ -10,11 +12,23 @@ import zlib
 from pathlib import Path
 
 from quorva_process import (
-    CUSTOM_SHORTCUT_ACTIONS, FEATURE_SETTINGS, FINDER_VIEW_PRESETS, Run, build_folder,
-    program_environment)
+    CUSTOM_SHORTCUT_ACTIONS, FEATURE_SETTINGS, FINDER_VIEW_PRESETS, SMALL_DISK, Run, alone,
+    build_folder, program_environment)
 from test_finder_sim import SELECT, FinderSimTestCase
 
 PICTURES = Path(__file__).resolve().parents[2] / "scripts" / "pictures"
+
+# The signature and the header of a picture.
+PNG = b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR" + bytes(17)
+
+
+def entry(title, enabled=True, **members):
+    """An item of a menu as a response has it."""
+    return {"title": title, "enabled": enabled, "action": None} | members
+
+
+def menu(*items):
+    return {"title": "", "items": list(items)}
 
 
 class Picture:
@@ -244,6 +258,76 @@ class PictureTest(FinderSimTestCase):
         reason = self.refused("picture", "/dev/full")
         self.assertIn("No space left", reason)
 
+    @alone
+    def test_a_full_disk_keeps_the_picture_that_there_was(self):
+        out, filler = SMALL_DISK / "menu.png", SMALL_DISK / "filler"
+        for path in (out, filler):
+            self.addCleanup(path.unlink)
+        out.write_bytes(b"former")
+        with contextlib.suppress(OSError), filler.open("wb", buffering=0) as file:
+            while True:
+                file.write(bytes(4096))
+        os.truncate(filler, filler.stat().st_size - 4096)
+        self.assertIn(f"{out}: No space left", self.refused("picture", out))
+        self.assertEqual(out.read_bytes(), b"former")
+        self.assertEqual(set(SMALL_DISK.iterdir()), {out, filler})
+
+    def test_a_link_is_written_through(self):
+        target = self.out.with_name("target.png")
+        self.out.symlink_to(target)
+        self.picture()
+        self.assertTrue(self.out.is_symlink())
+        self.assertTrue(target.is_file())
+
+    @alone
+    def test_a_file_that_may_not_be_changed_is_kept(self):
+        self.out.write_bytes(b"former")
+        self.out.chmod(0o400)
+        self.assertIn("Permission denied", self.refused("picture", self.out))
+        self.assertEqual(self.out.read_bytes(), b"former")
+
+    def test_a_picture_is_written_where_the_sandbox_lets_nothing_be_written(self):
+        self.require_namespaces()
+        (self.home.path / "Pictures").mkdir()
+        for folder in (self.out.parent, self.home.path, self.home.path / "Pictures"):
+            with self.subTest(folder=folder):
+                path = folder / "menu.png"
+                output = self.finder_sim("picture", path, "--sandbox")
+                self.assertTrue(output.startswith(f"{path}: "), output)
+                self.assertGreater(Picture(path.read_bytes()).width, 0)
+                self.assertEqual(len(list(folder.glob(".finder-sim*"))), 0)
+        self.assertIn("/dev/full: No space left", self.refused("picture", "/dev/full", "--sandbox"))
+
+    def test_of_entries_with_one_title_the_one_that_can_be_opened_is(self):
+        items = [entry("A", submenu=menu(entry("disabled")), enabled=False), entry("A"),
+                 entry("A", submenu=menu(entry("enabled")))]
+        self.respond({"menu": menu(*items)}, {"png": base64.b64encode(PNG).decode()})
+        self.finder_sim("picture", self.out, "--open", "A")
+        self.assertIn(b"A \xe2\x96\xb8  (disabled)\nA\nA \xe2\x96\xb8\n    enabled\n",
+                      self.out.read_bytes())
+
+    def test_a_response_that_does_not_follow_the_protocol_is_a_failure(self):
+        for responses in (
+                [{"menu": menu("A")}], [{"menu": menu({"title": "A"})}], [{"menu": {"items": 1}}],
+                [{"menu": menu(entry("A") | {"title": 1})}],
+                [{"menu": menu(entry("A", submenu=None))}],
+                [{"menu": menu(entry("A", submenu=[]))}],
+                *([{"menu": menu(entry("A"))}, {"png": png}] for png in (
+                    1, "", "A", "é", "====", base64.b64encode(b"GIF89a" + bytes(40)).decode(),
+                    *(base64.b64encode(PNG[:length]).decode() for length in (8, 16, 32))))):
+            with self.subTest(responses=responses):
+                self.respond(*responses)
+                self.assertIn("does not follow the protocol", self.no_picture())
+
+    def respond(self, *responses):
+        """Has an extension in place of the real one give these responses."""
+        self.use_extension(
+            "import json",
+            f"for number, response in enumerate({responses!r}, start=1):",
+            "    input()",
+            "    print(json.dumps({'id': number} | response), flush=True)",
+            "import sys; sys.stdin.read()")
+
     def test_wrong_arguments_are_refused(self):
         for arguments in ((), ("",), (self.out, "another.png"), (self.out, "--scale", "0"),
                           (self.out, "--scale", "5"), (self.out, "--scale", "1.5"),
@@ -265,6 +349,12 @@ class PictureTest(FinderSimTestCase):
             for number in range(2000)])
         self.extension.request("menu", kind="items")
         self.assertIn("10,000 pixels", self.error_of({"indexPath": []}))
+        self.home.write(CUSTOM_SHORTCUT_ACTIONS, [
+            {"id": str(number), "name": "永" * 80, "kind": "shortcut", "shortcutName": "x"}
+            for number in range(100)])
+        self.extension.request("menu", kind="items")
+        self.assertIn("25 million", self.error_of({"indexPath": [], "scale": 4}))
+        self.assertIn("png", self.extension.request("picture", indexPath=[], scale=1))
 
     def test_the_extension_refuses_what_it_can_t_draw_and_goes_on(self):
         for members, reason in (
