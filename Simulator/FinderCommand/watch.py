@@ -7,39 +7,39 @@ import re
 import subprocess
 
 from click import request_menu
-from extension_process import Failure
 from menu import menu_tree
 from settings import FOLDER
 from settings_watch import SettingsWatch
-from terminal import escaped, styled, write
+from terminal import FAILURES, escaped, reason, styled, write
+
+CLEAR = "\x1b[H\x1b[2J"
 
 
 def watch(options, start_extension, doctor):
-    """Shows the menu and the findings of `doctor`, now and after each change, until a signal."""
+    """Shows the menu and the findings of `doctor`, now and after each change, until a signal ends
+    the process."""
     home = os.environ["HOME"]
     folder = os.path.join(home, FOLDER)
     # The extension makes it too, which would be the first change.
     with contextlib.suppress(OSError):
         os.makedirs(folder, exist_ok=True)
-    extension, is_first = None, True
+    extension, separator = None, ""
     while True:
         # What changes while this is shown is shown next.
         with SettingsWatch(folder) as changes:
-            if os.isatty(1):
-                write("\x1b[H\x1b[2J")
-            elif not is_first:
-                write("=" * 72 + "\n")
-            is_first = False
             try:
                 if not extension or extension.process.poll() is not None:
                     extension = start_extension()
                 text = menu_tree(request_menu(extension, options)["menu"])
-            except Failure as failure:
+            except FAILURES as failure:
                 if extension:
                     extension.end()
                 extension = None
-                text = styled(f"  {escaped(str(failure), chr(10))}", "bad") + "\n"
-            write(styled("Menu", "heading") + "\n" + text + "\n" + _findings(doctor, home))
+                text = styled(f"  {escaped(reason(failure), chr(10))}", "bad") + "\n"
+            text = styled("Menu", "heading") + "\n" + text + "\n" + _findings(doctor, home)
+            # At once, or else a terminal flickers.
+            write((CLEAR if os.isatty(1) else separator) + text)
+            separator = "=" * 72 + "\n"
             changes.wait()
 
 
@@ -55,7 +55,8 @@ def _findings(doctor, home):
                                 stdout=subprocess.PIPE, encoding="utf-8", errors="replace")
     except OSError as error:
         return styled(f"quorva-doctor could not be run: {error.strerror}", "bad") + "\n"
-    text = escaped(re.split("^Menu$", result.stdout, flags=re.MULTILINE)[0], "\n")
+    # The last section. What the settings say is escaped and indented, so it never looks like this.
+    text = escaped(result.stdout.split("\n\nMenu\n")[0], "\n")
     text = re.sub("^(Findings|Notes)$", lambda heading: styled(heading[0], "heading"),
                   text.strip("\n") + "\n", flags=re.MULTILINE)
     if result.returncode < 0:

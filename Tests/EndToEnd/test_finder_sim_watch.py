@@ -9,6 +9,7 @@ import signal
 import subprocess
 import time
 import unittest
+from pathlib import Path
 
 import samples
 from quorva_process import (
@@ -51,6 +52,30 @@ class SettingsWatchTest(EndToEndTestCase):
         with (self.home.quorva / FEATURE_SETTINGS).open("wb", buffering=0) as file:
             for _ in range(2):
                 self.assert_seen(lambda: file.write(b"<plist>"))
+
+    def test_a_file_is_seen_through_the_links_that_lead_to_it(self):
+        target, link = self.home.path / "target", self.home.path / "link"
+        target.write_text("made")
+        link.symlink_to(target)
+        self.home.quorva.mkdir(parents=True)
+        (self.home.quorva / FEATURE_SETTINGS).symlink_to(link)
+        self.assert_seen(lambda: target.write_text("rewritten"))
+        self.assert_seen(lambda: shutil.copy(__file__, link.with_name("new")).replace(target))
+        self.assert_seen(target.unlink)
+
+    def test_links_that_lead_nowhere_are_no_obstacle(self):
+        self.home.quorva.mkdir(parents=True)
+        file = self.home.quorva / FEATURE_SETTINGS
+        for target in (file, "missing", "missing/file", "x" * 300, file.parent, "/dev/null"):
+            file.symlink_to(target)
+            self.assert_seen(file.unlink)
+
+    def test_what_is_written_to_a_device_behind_a_link_is_no_change(self):
+        self.home.quorva.mkdir(parents=True)
+        (self.home.quorva / FEATURE_SETTINGS).symlink_to("/dev/null")
+        with self.watch() as watch:
+            Path("/dev/null").write_text("line")
+            self.assertFalse(watch.has_changed(0))
 
     def test_folders_that_come_and_go_are_seen(self):
         support, library = self.home.application_support, self.home.path / "Library"
@@ -207,6 +232,23 @@ class WatchTest(FinderSimTestCase):
         self.read_until(SEPARATOR, "the extension ended with status 7", "called with")
         self.end_watch()
 
+    def test_an_extension_that_can_t_be_started_is_reported(self):
+        bundle = self.finder_sim_program.parent / "Quorva.app"
+        program = bundle / EXTENSION_EXECUTABLE
+        bundle.unlink()
+        self.start_watch()
+        self.read_until(f"{program}: No such file or directory\n", "called with")
+        program.parent.mkdir(parents=True)
+        shutil.copy("/bin/true", program)
+        with program.open("ab"):
+            self.set_features("pdfTools")
+            self.read_until(SEPARATOR, f"{program}: Text file busy\n", "called with")
+        shutil.rmtree(bundle)
+        bundle.symlink_to(application_bundle())
+        self.set_features("pdfTools")
+        self.read_until(SEPARATOR, "Menu\n  PDF", "called with")
+        self.end_watch()
+
     def test_a_doctor_that_has_findings_or_fails_does_not_end_it(self):
         self.write_doctor("printf 'found \\033[2J\\n'; exit 1")
         self.start_watch()
@@ -228,6 +270,8 @@ class WatchTest(FinderSimTestCase):
         self.home.write(FEATURE_SETTINGS, {"enabledFeatureIDs": ["pdfTools"]})
         shown = self.read_until(SEPARATOR, "Menu\n", "FinderViewPresets.plist")
         self.assertNotIn("did you mean", shown)
+        self.set_features("archiveTools")
+        self.assertNotIn("PDF", self.read_until(SEPARATOR), "one menu is enough")
         self.end_watch()
 
     def test_a_terminal_is_cleared_in_place_of_a_separator(self):
@@ -238,6 +282,18 @@ class WatchTest(FinderSimTestCase):
         self.assertTrue(shown.startswith(CLEAR), shown[:20])
         self.assertGreater(shown.count(CLEAR), 1)
         self.assertNotIn(SEPARATOR, shown)
+        self.end_watch()
+
+    def test_a_terminal_is_not_cleared_before_there_is_something_to_show(self):
+        started, resumed = (self.home.path / name for name in ("started", "resumed"))
+        for fifo in (started, resumed):
+            os.mkfifo(fifo)
+        self.write_doctor(f"echo >{started}; read line <{resumed}; echo called with")
+        self.start_watch(output=pty.openpty())
+        started.read_text()
+        self.assertEqual(select.select([self.output], [], [], 0)[0], [])
+        resumed.write_text("\n")
+        self.assertTrue(self.read_until("called with").startswith(CLEAR))
         self.end_watch()
 
 
