@@ -12,10 +12,9 @@ struct SettingsFinding {
     enum class Kind {
         // About the whole file, with an empty path.
 
-        /// There is no file.
+        /// There is no file. `value` says so in the system's words.
         missingFile,
-        /// There is something, but it can't be read, or is not a file, or is too large. `value`
-        /// says
+        /// There is something, but it can't be read, is not a file, or is too large. `value` says
         /// why.
         unreadableFile,
         /// The file is not a property list. `value` says why.
@@ -23,8 +22,8 @@ struct SettingsFinding {
 
         // About any value.
 
-        /// The value is a `value` and not a `wanted`, both as `typeName` has them. It costs its
-        /// whole key in the settings of the features, and the whole file elsewhere.
+        /// The value is a `value` and not a `wanted`, both as `typeName` has them. It costs the
+        /// whole file or, below the root of the settings of the features, its whole key.
         wrongType,
         /// No reader knows the key `value`, which is the last one of the path.
         unknownKey,
@@ -35,7 +34,7 @@ struct SettingsFinding {
         unknownLayout,
         /// `value` is not a feature, and is ignored.
         unknownFeature,
-        /// The order names the feature `value` before; this time is ignored.
+        /// The order has named the feature `value` before; this time is ignored.
         repeatedFeature,
         /// The feature `value` is not in the saved order and follows at its end.
         appendedFeature,
@@ -46,7 +45,7 @@ struct SettingsFinding {
         newFeature,
         /// `value` is not a command, or not one of the feature, and is ignored.
         unknownCommand,
-        /// The order names the command `value` before; it is shown once more.
+        /// The order has named the command `value` before; it is shown once more.
         repeatedCommand,
         /// The command `value` is not in the saved order and follows at its end.
         appendedCommand,
@@ -79,13 +78,13 @@ struct SettingsFinding {
     };
 
     Kind kind;
-    /// The name of the file, without its folder.
+    /// The name of the file, without its folder. A literal.
     std::string_view fileName;
     /// Where in the file, as in "copy[2].path". Empty for the root.
     std::string path;
     /// What was found there, as `kind` says. Empty where it says nothing.
     std::string value;
-    /// Empty but for `wrongType`.
+    /// A literal; empty but for `wrongType`.
     std::string_view wanted;
 
     friend bool operator==(const SettingsFinding&, const SettingsFinding&) = default;
