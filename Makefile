@@ -29,10 +29,10 @@ endif
 # Only of the command line: many systems have a LANGUAGE of their own in the environment.
 demo_option = $(if $(filter command,$(origin $(1))),$(2) '$($(1))')
 
-test: setup  ## build and pass every test
+test: setup  ## build and run every test
 	@scripts/test
 
-test-fast: setup  ## build and pass the unit and the Cocoa tests
+test-fast: setup  ## build and run the unit and the Cocoa tests
 	@scripts/test --fast
 
 coverage: linux-only setup  ## fail unless the unit tests reach everything in the core (Linux)
