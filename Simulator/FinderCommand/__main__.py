@@ -257,7 +257,7 @@ def show_response(options, extension):
     if options.command == "click":
         entry = entry_named(menu_entries(response["menu"]), options.titles, options.entry)
         response = click(extension, entry, options)
-        text = click_text(response)
+        text = click_text(response, options.launch)
     write(json_text(response) + "\n" if options.json else text)
     if options.command == "click" and not response["records"]:
         raise Failure("no record of the click was written (--verbose says why)")

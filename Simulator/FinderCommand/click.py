@@ -115,7 +115,7 @@ def _value(text):
         return text
 
 
-def click_text(result):
+def click_text(result, is_launched):
     """The result of `click` for people."""
     lines = [("Clicked", styled(breadcrumbs(result["titles"]), "bold"))]
     for name, record in result["records"].items():
@@ -130,6 +130,7 @@ def click_text(result):
                           + ("" if user_info is None else " " + json_text(user_info, None))))
         else:
             place = "to the front" if member(event, "activates", bool) else "in the background"
+            place += "" if is_launched else ", not started without --launch"
             lines.append(("Launch", escaped(member(event, "path", str))
                           + styled(f"  ({place})", "dim")))
     if result["performed"]:

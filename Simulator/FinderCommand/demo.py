@@ -127,7 +127,7 @@ def run_demo(extension, options):
             say(styled("  There is none in this menu.", "dim"))
             continue
         result = click(extension, entries[-1], options)
-        say(click_text(result)[:-1])
+        say(click_text(result, options.launch)[:-1])
         if len(result["records"]) != 1 or len(result["performed"]) != 1:
             raise Failure(f"the click on {breadcrumbs(entries[-1].titles)} was not performed")
         report["clicks"].append(result)

@@ -32,7 +32,11 @@ def save_picture(extension, options):
 
 def opened(entries, titles):
     """The index path of the entry with these titles from the menu downwards, each of an entry that
-    opens a submenu. Space around a title, which nobody sees, need not be named."""
+    opens a submenu. Space around a title, which nobody sees, need not be named, and neither need
+    the item that the whole menu is under."""
+    root = entries[0].titles[0] if len({entry.index_path[0] for entry in entries}) == 1 else None
+    if titles and root not in (None, titles[0].strip()):
+        titles = [root, *titles]
     index_path = []
     for position, title in enumerate(titles):
         named = [entry for entry in entries
@@ -42,7 +46,7 @@ def opened(entries, titles):
         enabled = [entry for entry in opening if entry.item["enabled"]]
         where = breadcrumbs(titles[:position + 1])
         if not enabled:
-            raise Failure(f"there is no entry {where}" if not named else
+            raise Failure(f"there is no entry {where} (finder-sim menu shows the menu)" if not named else
                           f"the entry {where} opens no submenu" if not opening else
                           f"the entry {where} is disabled")
         index_path = enabled[0].index_path

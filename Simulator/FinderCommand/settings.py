@@ -26,7 +26,8 @@ def copy_settings(home, copy):
 
 
 def set_layout(home, layout):
-    """Makes `layout` the one of the settings of `home`. Fails where they are no property list."""
+    """Makes `layout` the one of the settings of `home`. Fails where they are in another encoding than
+    XML and binary, which Python can't read."""
     path = os.path.join(home, FOLDER, FEATURE_SETTINGS)
     settings = {}
     try:
@@ -38,8 +39,8 @@ def set_layout(home, layout):
         content = plistlib.dumps(settings | {"menuLayout": layout}, sort_keys=False)
     except Exception:
         # Whatever the reader makes of bytes that anyone may have written.
-        raise Failure(f"{FEATURE_SETTINGS} can't be given another layout, because it is not a "
-                      "property list") from None
+        raise Failure(f"{FEATURE_SETTINGS} can't be given another layout, because it is neither "
+                      "an XML nor a binary property list") from None
     os.makedirs(os.path.dirname(path), exist_ok=True)
     with open(path, "wb") as file:
         file.write(content)

@@ -344,6 +344,17 @@ class XMLReader {
                    : nil;
     }
 
+    /// Where and why the last reading ended early.
+    [[nodiscard]] NSString* problem() const {
+        const XML_Error code = XML_GetErrorCode(parser_.get());
+        return [NSString
+            stringWithFormat:@"On line %lu: %s.",
+                             static_cast<unsigned long>(XML_GetCurrentLineNumber(parser_.get())),
+                             code == XML_ERROR_ABORTED
+                                 ? "something that a property list does not have there"
+                                 : XML_ErrorString(code)];
+    }
+
    private:
     static XMLReader& reader(void* self) { return *static_cast<XMLReader*>(self); }
 
@@ -486,12 +497,15 @@ bool isReadableText(NSData* data) {
     const std::string_view bytes(static_cast<const char*>(data.bytes), data.length);
     NSPropertyListFormat found = NSPropertyListXMLFormat_v1_0;
     id object = nil;
+    NSString* problem = nil;
     @autoreleasepool {
         if (bytes.starts_with("bplist")) {
             found = NSPropertyListBinaryFormat_v1_0;
             object = BinaryReader().object(bytes);
         } else {
-            object = XMLReader().object(bytes);
+            XMLReader reader;
+            object = reader.object(bytes);
+            problem = [bytes.starts_with('<') ? reader.problem() : nil retain];
         }
         if (object == nil && isReadableText(data)) {
             @try {
@@ -513,9 +527,12 @@ bool isReadableText(NSData* data) {
         *error = [NSError
             errorWithDomain:NSCocoaErrorDomain
                        code:3840
-                   userInfo:[NSDictionary dictionaryWithObject:@"The data is not a property list."
-                                                        forKey:NSLocalizedDescriptionKey]];
+                   userInfo:[NSDictionary
+                                dictionaryWithObjectsAndKeys:@"The data is not a property list.",
+                                                             NSLocalizedDescriptionKey, problem,
+                                                             @"NSDebugDescription", nil]];
     }
+    [problem release];
     return [object autorelease];
 }
 

@@ -1,5 +1,6 @@
 #include "Platform/PropertyListSerialization.hpp"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -59,6 +60,16 @@ TEST_F(WrittenPropertyLists, DoNoHarmWhenBytesInThemAreChanged) {
             const auto list = propertyListWithData(changed);
             EXPECT_TRUE(list || !list.error().localizedDescription.empty());
         }
+    }
+}
+
+TEST(PropertyListSerialization, SaysOnWhichLineXMLEndsToBeAPropertyList) {
+    for (const char* const text :
+         {"<plist version=\"1.0\">\n<array></dict></plist>",
+          "<plist version=\"1.0\"><array>\n<integer>x</integer></array></plist>"}) {
+        const auto list = propertyListWithData(quorva::dataWithText(text));
+        ASSERT_FALSE(list) << text;
+        EXPECT_THAT(list.error().localizedDescription, testing::HasSubstr("line 2")) << text;
     }
 }
 
