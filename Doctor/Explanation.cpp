@@ -93,7 +93,7 @@ Explanation explanation(const Report& report, const UserEntry& entry) {
     result.place = joined({entry.fileName, ": ", entry.place});
     locate(result, report.menu, {},
            [&entry](const MenuEntry& item) { return item.source == &entry; });
-    const FileReport& file = *std::ranges::find(report.files, entry.fileName, &FileReport::name);
+    const FileReport& file = report.file(entry.fileName);
     if (result.isShown) {
         return result;
     }
@@ -106,8 +106,9 @@ Explanation explanation(const Report& report, const UserEntry& entry) {
         }
     }
     if (entry.isRead) {
-        result.reasons.emplace_back(entry.isHidden ? "its folder has a command of its own"
-                                                   : "the feature that lists it is not shown");
+        result.reasons.emplace_back(!entry.commandID.empty()
+                                        ? "its folder has a command of its own"
+                                        : "the feature that lists it is not shown");
     }
     return result;
 }

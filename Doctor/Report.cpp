@@ -6,7 +6,8 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
-#include <set>
+#include <initializer_list>
+#include <iterator>
 #include <utility>
 #include <variant>
 
@@ -22,9 +23,7 @@ namespace {
 
 using Kind = SettingsFinding::Kind;
 
-constexpr std::array<std::string_view, 4> fileNames = {
-    "FeatureSettings.plist", "CustomDestinations.plist", "CustomShortcutActions.plist",
-    "FinderViewPresets.plist"};
+constexpr std::array fileNames = {featuresFile, destinationsFile, actionsFile, presetsFile};
 
 std::string_view encodingOf(const Data& data) {
     std::string head;
@@ -69,6 +68,12 @@ void add(FileReport& file, Finding finding) {
     }
 }
 
+/// Adds what is at `place`, in words.
+void add(FileReport& file, FindingKind kind, const std::string& place, const std::string& value,
+         std::initializer_list<std::string_view> words) {
+    add(file, {kind, place, value, {}, joined({place, place.empty() ? "" : ": ", joined(words)})});
+}
+
 void addReadersFinding(FileReport& file, const SettingsFinding& finding) {
     // A reader makes no difference between what is not there and what it may not see.
     if (finding.kind == Kind::missingFile && isOutOfReach(file.path)) {
@@ -89,7 +94,7 @@ bool isOfWholeFile(const SettingsFinding& finding) {
     return finding.kind == Kind::missingFile || finding.kind == Kind::unreadableFile ||
            finding.kind == Kind::malformedFile ||
            (finding.kind == Kind::wrongType &&
-            (finding.path.empty() || finding.fileName != fileNames.front()));
+            (finding.path.empty() || finding.fileName != featuresFile));
 }
 
 FileReport fileReport(std::string_view name, const SettingsFindings& findings) {
@@ -161,77 +166,97 @@ void addMenuFindings(Report& report) {
         titles[entry.title] += entry.submenu || entry.isSeparator ? 0 : 1;
     });
     std::map<std::string_view, const UserEntry*> sourcesByID;
-    const auto file = [&report](std::string_view name) -> FileReport& {
-        return *std::ranges::find(report.files, name, &FileReport::name);
-    };
     forEachEntry(report.menu, [&](const MenuEntry& entry) {
         if (entry.submenu && entry.submenu->empty()) {
-            add(report.files[entry.id == "viewOptions" ? presetsFile : destinationsFile],
-                {emptySubmenu, {}, entry.id, {}, entry.id + " is shown, but its submenu is empty"});
+            add(report.file(entry.id == "viewOptions" ? presetsFile : destinationsFile),
+                emptySubmenu, {}, entry.id, {entry.id, " is shown, but its submenu is empty"});
         }
         if (entry.source == nullptr) {
             return;
         }
         const UserEntry& source = *entry.source;
+        FileReport& file = report.file(source.fileName);
         if (entry.destinationPath.empty() && !entry.id.empty()) {
             // What a record says of these is their identifier.
             const UserEntry* const first = sourcesByID.try_emplace(entry.id, &source).first->second;
             if (first != &source) {
-                add(file(source.fileName),
-                    {sharedID,
-                     source.place,
-                     source.id,
-                     {},
-                     joined({source.place, ": ", first->place, " has the id ", source.id,
-                             " too, so a click does not tell which of them is meant"})});
+                add(file, sharedID, source.place, source.id,
+                    {first->place, " has the id ", source.id,
+                     " too, so a click does not tell which of them is meant"});
             }
         }
         if (const std::size_t count = titles.at(entry.title); count > 1) {
-            add(file(source.fileName), {sharedTitle,
-                                        source.place,
-                                        entry.title,
-                                        {},
-                                        joined({source.place, ": ", std::to_string(count),
-                                                " entries have the title ", entry.title})});
+            add(file, sharedTitle, source.place, entry.title,
+                {std::to_string(count), " entries have the title ", entry.title});
         }
     });
 }
 
 void addEntryFindings(Report& report) {
-    FileReport& file = report.files[destinationsFile];
+    FileReport& file = report.file(destinationsFile);
     for (const UserEntry& entry : report.userEntries) {
-        if (entry.isRead && entry.isHidden) {
-            add(file, {hiddenDestination,
-                       entry.place,
-                       entry.path,
-                       {},
-                       joined({entry.place, ": ", entry.path,
-                               " is not in the submenu, because it has a command of its own"})});
+        const std::string& command = entry.commandID;
+        if (const auto feature = featureOfCommand(command); feature && report.isShown(*feature)) {
+            add(file, hiddenDestination, entry.place, entry.path,
+                {entry.path, " is not in the submenu, because it has a command of its own",
+                 report.shownCommandIDs.contains(command) ? "" : ", which is off"});
         }
-        if (entry.isRead && entry.place.starts_with("openApplication") &&
+        if (report.shownEntries.contains(&entry) && entry.place.starts_with("openApplication") &&
             !platform::fileExistsAtPath(entry.path)) {
-            add(file, {absentApplication,
-                       entry.place,
-                       entry.path,
-                       {},
-                       joined({entry.place, ": there is no ", entry.path,
-                               "; the entry is shown all the same"})});
+            add(file, absentApplication, entry.place, entry.path,
+                {"there is no ", entry.path, "; the entry is shown all the same"});
         }
     }
 }
 
-void addReadersFindings(Report& report) {
-    std::set<std::string_view> shownIDs;
-    forEachEntry(report.menu, [&shownIDs](const MenuEntry& entry) { shownIDs.insert(entry.id); });
-    const bool listsCommands = isInForce(report, "enabledChildIDs");
-    for (const SettingsFinding& finding : report.readersFindings) {
-        // A command of a feature that is not shown comes back unseen, and where no commands are
-        // listed, none of a feature may be.
-        if ((finding.kind != Kind::newCommand || shownIDs.contains(finding.value)) &&
-            (finding.kind != Kind::featureWithoutCommands || listsCommands)) {
-            addReadersFinding(*std::ranges::find(report.files, finding.fileName, &FileReport::name),
-                              finding);
+/// Adds what of the catalogue and of the user's entries is in the menu.
+void addShown(Report& report, const MenuRequest& request) {
+    std::ranges::copy_if(
+        report.settings.features, std::back_inserter(report.shownFeatures),
+        [&](FinderFeature feature) {
+            return report.settings.menuLayout == FinderMenuLayout::expanded
+                       ? !directMenuItems(request, feature, report.settings.children(feature))
+                              .empty()
+                       : !featureMenuItems(request, report.settings, {feature}).empty();
+        });
+    forEachEntry(report.menu, [&report](const MenuEntry& entry) {
+        if (entry.source != nullptr) {
+            report.shownEntries.insert(entry.source);
+        } else if (!entry.submenu) {
+            report.shownCommandIDs.insert(entry.id);
         }
+    });
+}
+
+/// Whether `finding` is of something that is in the menu, as far as it says that it is.
+bool isInEffect(const Report& report, const SettingsFinding& finding) {
+    const Kind kind = finding.kind;
+    const auto isShown = [&report](std::string_view id) {
+        return report.shownCommandIDs.contains(id);
+    };
+    if (kind == Kind::newFeature || kind == Kind::appendedFeature) {
+        return report.isShown(finderFeatureWithRawValue(finding.value).value());
+    }
+    if (kind == Kind::newCommand || kind == Kind::repeatedCommand ||
+        kind == Kind::appendedCommand) {
+        return isShown(finding.value);
+    }
+    if (kind == Kind::replacedCommandOrder) {
+        return report.isShown(FinderFeature::scheduledDeletion);
+    }
+    return kind != Kind::featureWithoutCommands ||
+           std::ranges::any_of(childIDs(finderFeatureWithRawValue(finding.value).value()), isShown);
+}
+
+void addReadersFindings(Report& report) {
+    // Where no commands are listed, none of a feature may be.
+    const bool listsCommands = isInForce(report, "enabledChildIDs");
+    std::erase_if(report.readersFindings, [&](const SettingsFinding& finding) {
+        return !isInEffect(report, finding) ||
+               (finding.kind == Kind::featureWithoutCommands && !listsCommands);
+    });
+    for (const SettingsFinding& finding : report.readersFindings) {
+        addReadersFinding(report.file(finding.fileName), finding);
     }
 }
 
@@ -259,6 +284,18 @@ std::size_t FileReport::count(Severity severity) const {
     return sum;
 }
 
+FileReport& Report::file(std::string_view name) {
+    return *std::ranges::find(files, name, &FileReport::name);
+}
+
+const FileReport& Report::file(std::string_view name) const {
+    return *std::ranges::find(files, name, &FileReport::name);
+}
+
+bool Report::isShown(FinderFeature feature) const {
+    return std::ranges::find(shownFeatures, feature) != shownFeatures.end();
+}
+
 std::size_t Report::count(Severity severity) const {
     std::size_t sum = 0;
     for (const FileReport& file : files) {
@@ -268,11 +305,11 @@ std::size_t Report::count(Severity severity) const {
 }
 
 bool isInForce(const Report& report, std::string_view key) {
-    const std::string_view file = report.files.front().name;
-    const std::optional<PropertyList> root = propertyListInFile(SettingsPath(file, nullptr));
+    const std::optional<PropertyList> root =
+        propertyListInFile(SettingsPath(featuresFile, nullptr));
     return root && root->dictionary() != nullptr && root->dictionary()->contains(key) &&
            std::ranges::none_of(report.readersFindings, [&](const SettingsFinding& finding) {
-               return finding.fileName == file && finding.path.starts_with(key) &&
+               return finding.fileName == featuresFile && finding.path.starts_with(key) &&
                       finding.kind == SettingsFinding::Kind::wrongType;
            });
 }
@@ -292,6 +329,7 @@ void examine(Report& report) {
     }
     report.menu = menuEntries(assembledMenu(request), report.settings.features);
     addUserEntries(report, request.settings);
+    addShown(report, request);
     addReadersFindings(report);
     addEntryFindings(report);
     addMenuFindings(report);

@@ -4,6 +4,7 @@
 #include <deque>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,8 +33,9 @@ struct UserEntry {
     std::string path;
     /// Whether the readers take it.
     bool isRead = false;
-    /// Whether it is left out of the menu because the catalogue has a command for its folder.
-    bool isHidden = false;
+    /// The command that the catalogue has for its folder, for which the menu leaves it out. Empty
+    /// where there is none.
+    std::string commandID;
 };
 
 struct MenuEntry {
@@ -73,10 +75,11 @@ struct FileReport {
 /// How many findings of one kind are told of one file; of a hundred thousand nobody reads more.
 inline constexpr std::size_t findingLimit = 10;
 
-// The settings files behind that of the features, as indices.
-inline constexpr std::size_t destinationsFile = 1;
-inline constexpr std::size_t actionsFile = 2;
-inline constexpr std::size_t presetsFile = 3;
+// The settings files, in the order in which they are told of.
+inline constexpr std::string_view featuresFile = "FeatureSettings.plist";
+inline constexpr std::string_view destinationsFile = "CustomDestinations.plist";
+inline constexpr std::string_view actionsFile = "CustomShortcutActions.plist";
+inline constexpr std::string_view presetsFile = "FinderViewPresets.plist";
 
 /// What the settings of a home say, and what the extension makes of them.
 struct Report {
@@ -84,15 +87,21 @@ struct Report {
     Report(const Report&) = delete;
     Report& operator=(const Report&) = delete;
 
-    /// In the order of the indices above.
     std::vector<FileReport> files;
     FinderMenuSettings settings;
     /// The menu's entries point into it.
     std::deque<UserEntry> userEntries;
     std::vector<MenuEntry> menu;
-    /// Everything that the readers tell, in their order.
+    // What of the features, of the catalogue's commands and of the user's entries is in the menu.
+    std::vector<FinderFeature> shownFeatures;
+    std::set<std::string_view> shownCommandIDs;
+    std::set<const UserEntry*> shownEntries;
+    /// What the readers tell, in their order, but for what makes no difference to the menu.
     SettingsFindings readersFindings;
 
+    [[nodiscard]] FileReport& file(std::string_view name);
+    [[nodiscard]] const FileReport& file(std::string_view name) const;
+    [[nodiscard]] bool isShown(FinderFeature feature) const;
     [[nodiscard]] std::size_t count(Severity severity) const;
 };
 

@@ -80,15 +80,18 @@ void addList(Report& report, std::vector<const UserEntry*>& sources, const FileR
             entry.path = stringOrEmpty(*dictionary, "path");
         }
         if (entry.isRead) {
-            entry.isHidden =
-                kind && isBuiltInFileDestination({entry.id, entry.name, entry.path}, *kind);
+            if (kind && isBuiltInFileDestination({entry.id, entry.name, entry.path}, *kind)) {
+                entry.commandID =
+                    joined({key, "FilesTo", entry.path.substr(entry.path.rfind('/') + 1)});
+            }
             sources.push_back(&entry);
         }
     }
     // What was read and the file differ where it has changed meanwhile.
     sources.insert(sources.begin(), count - std::min(count, sources.size()), nullptr);
-    std::erase_if(sources,
-                  [&](const UserEntry* source) { return source != nullptr && source->isHidden; });
+    std::erase_if(sources, [](const UserEntry* source) {
+        return source != nullptr && !source->commandID.empty();
+    });
 }
 
 Sources readUserEntries(Report& report, const SettingsReading& reading) {
@@ -96,17 +99,17 @@ Sources readUserEntries(Report& report, const SettingsReading& reading) {
         return propertyListInFile(SettingsPath(file.name, nullptr));
     };
     Sources sources;
-    const FileReport& destinations = report.files[destinationsFile];
+    const FileReport& destinations = report.file(destinationsFile);
     const std::optional<PropertyList> lists = rootOf(destinations);
     for (const FinderCustomDestinationKind kind : allFinderCustomDestinationKinds) {
         addList(report, sources.at(static_cast<std::size_t>(std::to_underlying(kind))),
                 destinations, rawValue(kind), savedArray(lists, rawValue(kind)),
                 reading.destinations(kind).size());
     }
-    const FileReport& actions = report.files[actionsFile];
+    const FileReport& actions = report.file(actionsFile);
     addList(report, sources.at(actionList), actions, {}, savedArray(rootOf(actions), {}),
             reading.customActions().size());
-    const FileReport& presets = report.files[presetsFile];
+    const FileReport& presets = report.file(presetsFile);
     addList(report, sources.at(presetList), presets, {}, savedArray(rootOf(presets), {}),
             reading.viewPresets().size());
     return sources;

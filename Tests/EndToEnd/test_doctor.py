@@ -290,6 +290,52 @@ class FilesTest(DoctorTestCase):
                 "archiveTools": ["compressToZIP", "extractZIPHere", "extractZIPToFolder"]}})
         self.doctor(status=0)
 
+    def test_of_what_the_menu_does_not_show_nothing_is_said(self):
+        with_user_entries = ["copyFile", "openWith"]
+        others = [id for id in samples.ALL_FEATURES
+                  if id not in ("customActions", *with_user_entries)]
+        self.home.write(CUSTOM_DESTINATIONS, {
+            "copy": [{**DESTINATION, "path": "/Users/ada/Desktop"}],
+            "openApplication": [DESTINATION]})
+        for case, settings in {
+            "a command that is off": {
+                "enabledFeatureIDs": ["developerTools"], "enabledChildIDs": ["copyMD5"],
+                "featureOrder": samples.ALL_FEATURES,
+                "childOrderByFeatureID": {
+                    "developerTools": ["copySHA256", "copySHA256", "copyMD5"]}},
+            "the commands of a feature that is off": {
+                "enabledFeatureIDs": ["archiveTools"], "featureOrder": samples.ALL_FEATURES,
+                "childOrderByFeatureID": {"pdfTools": ["mergePDFs", "mergePDFs"],
+                                          "scheduledDeletion": []}},
+            "a feature that is off": {
+                "enabledFeatureIDs": ["pdfTools"],
+                "featureOrder": [id for id in samples.ALL_FEATURES if id != "developerTools"]},
+            "a feature that has no entries": {
+                "enabledFeatureIDs": others, "featureOrder": [*others, *with_user_entries]},
+            "presets in place of the one command": {
+                "enabledFeatureIDs": ["viewOptions"], "featureOrder": samples.ALL_FEATURES,
+                "enabledChildIDs": [],
+                "childOrderByFeatureID": {"viewOptions": ["finderViewPreset"]}},
+        }.items():
+            with self.subTest(case=case):
+                self.home.write(FEATURE_SETTINGS, settings)
+                about = [(finding["kind"], finding["value"])
+                         for file in self.report("--account-home", "/Users/ada")["files"]
+                         for finding in file["findings"]
+                         if finding["kind"] not in ("missingFile", "missingApplication")]
+                self.assertEqual(about, [])
+
+    def test_of_a_destination_whose_command_is_off_that_is_said(self):
+        self.home.write(CUSTOM_DESTINATIONS, {
+            "move": [{**DESTINATION, "path": "/Users/ada/Desktop"}]})
+        self.home.write(FEATURE_SETTINGS, features(
+            enabledChildIDs=["moveFilesToDownloads"],
+            childOrderByFeatureID={"organizeFile": ["moveFilesToDesktop"]}))
+        [note] = [finding for finding in self.report("--account-home", "/Users/ada")["files"][1][
+            "findings"] if finding["kind"] == "hiddenDestination"]
+        self.assertEqual(note["message"], "move[0]: /Users/ada/Desktop is not in the submenu, "
+                         "because it has a command of its own, which is off")
+
     def test_a_destination_that_has_a_command_is_a_note(self):
         self.home.write(CUSTOM_DESTINATIONS, {
             "copy": [DESTINATION, {**DESTINATION, "path": "/Users/ada/Desktop"}]})
