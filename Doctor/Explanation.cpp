@@ -1,14 +1,27 @@
 #include "Doctor/Explanation.hpp"
 
 #include <algorithm>
-#include <cstddef>
+#include <cctype>
+#include <filesystem>
 #include <functional>
+#include <optional>
+#include <set>
+#include <utility>
+#include <variant>
 
 #include "Doctor/NearMiss.hpp"
+#include "QuorvaFinderExtension/FinderCustomDestinations.hpp"
+#include "QuorvaFinderExtension/FinderSyncMenus.hpp"
+#include "QuorvaFinderExtension/MenuItemIdentity.hpp"
 
 namespace quorva::doctor {
 
 namespace {
+
+/// Whether `path` is the place of `entry`, or in it.
+bool isAt(const UserEntry& entry, std::string_view path) {
+    return path == entry.place || path.starts_with(entry.place + ".");
+}
 
 using IsSearched = std::function<bool(const MenuEntry&)>;
 
@@ -28,22 +41,20 @@ void locate(Explanation& explanation, const std::vector<MenuEntry>& menu,
     }
 }
 
-bool shows(const Report& report, FinderFeature feature) {
-    return std::ranges::find(report.settings.features, feature) != report.settings.features.end();
-}
-
-/// Adds what the readers have found of `id`.
-void addFindings(Explanation& explanation, const Report& report, std::string_view id) {
-    for (const SettingsFinding& finding : report.readersFindings) {
-        if (finding.value == id) {
-            explanation.reasons.push_back(
-                joined({finding.fileName, ": ", described(finding).message}));
-        }
-    }
-}
-
 std::string reasonOfAbsence(const Report& report, std::string_view key) {
     return isInForce(report, key) ? joined({key, " does not list it"}) : "it is off by default";
+}
+
+/// Adds what was found of the feature or the command with the identifier of `explanation`.
+void addRemarks(Explanation& explanation, const Report& report) {
+    for (const FileReport& file : report.files) {
+        for (const Finding& finding : file.findings) {
+            if (finding.value == explanation.id &&
+                (file.name == featuresFile || finding.kind.name == emptySubmenu.name)) {
+                explanation.remarks.push_back(joined({file.name, ": ", finding.message}));
+            }
+        }
+    }
 }
 
 Explanation explanation(const Report& report, FinderFeature feature) {
@@ -53,16 +64,30 @@ Explanation explanation(const Report& report, FinderFeature feature) {
     result.title = title(feature);
     locate(result, report.menu, {},
            [&](const MenuEntry& entry) { return entry.submenu && entry.id == result.id; });
-    if (!shows(report, feature)) {
-        result.reasons.push_back(reasonOfAbsence(report, "enabledFeatureIDs"));
-    } else if (report.settings.menuLayout == FinderMenuLayout::expanded) {
-        result.isShown = true;
-        result.reasons.emplace_back("in the expanded layout its entries stand in the menu itself");
+    const std::vector<FinderFeature>& features = report.settings.features;
+    result.isShown = report.isShown(feature);
+    if (result.isShown && result.locations.empty()) {
+        result.remarks.emplace_back("in the expanded layout its entries stand in the menu itself");
     } else if (!result.isShown) {
-        result.reasons.emplace_back("it has no entries");
+        result.reasons.push_back(std::ranges::find(features, feature) == features.end()
+                                     ? reasonOfAbsence(report, "enabledFeatureIDs")
+                                     : "it has no entries");
     }
-    addFindings(result, report, result.id);
+    addRemarks(result, report);
     return result;
+}
+
+/// Whether the menu shows `command` where `feature` is on with it.
+bool canBeShown(FinderFeature feature, const FinderFeatureChild& command) {
+    const MenuRequest request{
+        MenuKind::contextualMenuForContainer, {}, std::nullopt, SettingsReading()};
+    return std::ranges::any_of(
+        directMenuItems(request, feature, {command}), [&command](const MenuItem& item) {
+            const auto* const context =
+                std::get_if<FinderActionContextPointer>(&item.representedObject);
+            return context != nullptr && *context != nullptr &&
+                   (*context)->actionID() == command.actionID;
+        });
 }
 
 Explanation explanation(const Report& report, FinderFeature feature,
@@ -73,16 +98,42 @@ Explanation explanation(const Report& report, FinderFeature feature,
     result.title = command.title;
     locate(result, report.menu, {},
            [&](const MenuEntry& entry) { return !entry.submenu && entry.id == command.actionID; });
-    if (!shows(report, feature)) {
+    if (!report.isShown(feature)) {
         result.reasons.push_back(joined({"its feature ", rawValue(feature), " is not shown"}));
-    } else if (!report.settings.enabledChildIDs.contains(command.actionID)) {
-        result.reasons.push_back(reasonOfAbsence(report, "enabledChildIDs"));
     } else if (!result.isShown) {
-        result.reasons.push_back(joined(
-            {"the feature ", rawValue(feature), " shows what the settings list in place of it"}));
+        result.reasons.push_back(canBeShown(feature, command)
+                                     ? reasonOfAbsence(report, "enabledChildIDs")
+                                     : joined({rawValue(feature),
+                                               " shows the entries of its list in place of it, "
+                                               "which are the user's or else the default ones"}));
     }
-    addFindings(result, report, command.actionID);
+    addRemarks(result, report);
     return result;
+}
+
+/// Why `entry`, which is not in the menu, is not.
+std::vector<std::string> reasonsOfAbsence(const Report& report, const UserEntry& entry) {
+    std::vector<std::string> reasons;
+    const bool isUsable = report.file(entry.fileName).isUsable;
+    for (const SettingsFinding& finding : report.readersFindings) {
+        const bool isCause = isUsable ? dropsEntry(finding.kind) && isAt(entry, finding.path)
+                                      : finding.kind == SettingsFinding::Kind::wrongType;
+        if (isCause && finding.fileName == entry.fileName && reasons.size() < findingLimit) {
+            reasons.push_back(described(finding).message);
+        }
+    }
+    if (!entry.isRead) {
+        return reasons;
+    }
+    const auto feature = featureOfCommand(entry.commandID);
+    if (!feature || !report.isShown(*feature)) {
+        reasons.emplace_back("the feature that lists it is not shown");
+    } else {
+        reasons.push_back(
+            joined({"its folder has a command of its own, ", entry.commandID,
+                    report.shownCommandIDs.contains(entry.commandID) ? "" : ", which is off"}));
+    }
+    return reasons;
 }
 
 Explanation explanation(const Report& report, const UserEntry& entry) {
@@ -93,77 +144,115 @@ Explanation explanation(const Report& report, const UserEntry& entry) {
     result.place = joined({entry.fileName, ": ", entry.place});
     locate(result, report.menu, {},
            [&entry](const MenuEntry& item) { return item.source == &entry; });
-    const FileReport& file = report.file(entry.fileName);
-    if (result.isShown) {
-        return result;
+    if (!result.isShown) {
+        result.reasons = reasonsOfAbsence(report, entry);
     }
-    for (const SettingsFinding& finding : report.readersFindings) {
-        const bool isOfEntry =
-            finding.path == entry.place || finding.path.starts_with(entry.place + ".");
-        if (finding.fileName == entry.fileName &&
-            (isOfEntry || (!file.isUsable && finding.kind == SettingsFinding::Kind::wrongType))) {
-            result.reasons.push_back(described(finding).message);
+    for (const Finding& finding : report.file(entry.fileName).findings) {
+        const bool isReason =
+            finding.kind.name == hiddenDestination.name ||
+            std::ranges::find(result.reasons, finding.message) != result.reasons.end();
+        if (isAt(entry, finding.path) && !isReason) {
+            result.remarks.push_back(finding.message);
         }
-    }
-    if (entry.isRead) {
-        result.reasons.emplace_back(!entry.commandID.empty()
-                                        ? "its folder has a command of its own"
-                                        : "the feature that lists it is not shown");
     }
     return result;
 }
 
 /// What of the menu is neither of the catalogue nor of a settings file.
-void addDefaults(std::vector<Explanation>& result, const Report& report, std::string_view name) {
+std::vector<Explanation> defaultEntries(const Report& report, std::string_view name) {
+    std::vector<Explanation> result;
+    const std::vector<FinderCustomDestination> folders =
+        FinderCustomDestinationSettings::destinations(FinderCustomDestinationKind::quickOpen);
+    const auto isNamed = [&](const MenuEntry& entry) {
+        return entry.title == name || entry.id.ends_with(joined({"__", name})) ||
+               (entry.id == quickOpenPathActionID &&
+                std::ranges::find(folders, FinderCustomDestination{std::string(name), entry.title,
+                                                                   entry.destinationPath}) !=
+                    folders.end());
+    };
     forEachEntry(report.menu, [&](const MenuEntry& entry) {
         const bool isDefault = !entry.submenu && entry.source == nullptr && !entry.id.empty() &&
                                !featureOfCommand(entry.id);
-        if (!isDefault || (entry.title != name && !entry.id.ends_with(joined({"__", name})))) {
-            return;
+        if (isDefault && isNamed(entry)) {
+            Explanation& explanation = result.emplace_back();
+            explanation.what = "default entry";
+            explanation.id = entry.id;
+            explanation.title = entry.title;
+            locate(explanation, report.menu, {},
+                   [&entry](const MenuEntry& item) { return &item == &entry; });
         }
-        Explanation& explanation = result.emplace_back();
-        explanation.what = "default entry";
-        explanation.id = entry.id;
-        explanation.title = entry.title;
-        locate(explanation, report.menu, {},
-               [&entry](const MenuEntry& item) { return &item == &entry; });
     });
+    return result;
+}
+
+/// The default applications that are not installed.
+std::vector<Explanation> missingApplications(const Report& report, std::string_view name) {
+    std::vector<Explanation> result;
+    for (const SettingsFinding& finding : report.readersFindings) {
+        if (finding.kind != SettingsFinding::Kind::missingApplication) {
+            continue;
+        }
+        const std::string title = std::filesystem::path(finding.value).stem().string();
+        if (name == finding.value || std::ranges::equal(name, title, [](char left, char right) {
+                return std::tolower(static_cast<unsigned char>(left)) ==
+                       std::tolower(static_cast<unsigned char>(right));
+            })) {
+            Explanation& explanation = result.emplace_back();
+            explanation.what = "default entry";
+            explanation.title = title;
+            explanation.reasons.push_back(described(finding).message);
+        }
+    }
+    return result;
+}
+
+void add(Explanations& explanations, Explanation explanation) {
+    explanations.isAnyShown = explanations.isAnyShown || explanation.isShown;
+    if (explanations.matches.size() < findingLimit) {
+        explanations.matches.push_back(std::move(explanation));
+    } else {
+        ++explanations.omitted;
+    }
 }
 
 }  // namespace
 
-std::vector<Explanation> explanations(const Report& report, std::string_view name) {
-    std::vector<Explanation> result;
+Explanations explanations(const Report& report, std::string_view name) {
+    Explanations result;
     for (const FinderFeature feature : allFinderFeatures) {
         if (rawValue(feature) == name || title(feature) == name) {
-            result.push_back(explanation(report, feature));
+            add(result, explanation(report, feature));
         }
         for (const FinderFeatureChild& command : children(feature)) {
             if (command.actionID == name || command.title == name) {
-                result.push_back(explanation(report, feature, command));
+                add(result, explanation(report, feature, command));
             }
         }
     }
-    std::vector<const UserEntry*> entries;
-    for (const UserEntry& entry : report.userEntries) {
-        if (entry.id == name || entry.name == name) {
-            entries.push_back(&entry);
-        }
-    }
     // A destination's title in the menu is longer than its name.
+    std::set<const UserEntry*> named;
     forEachEntry(report.menu, [&](const MenuEntry& entry) {
-        if (entry.source != nullptr && (entry.title == name || entry.id == name) &&
-            std::ranges::find(entries, entry.source) == entries.end()) {
-            entries.push_back(entry.source);
+        if (entry.source != nullptr && (entry.title == name || entry.id == name)) {
+            named.insert(entry.source);
         }
     });
-    for (const UserEntry* const entry : entries) {
-        if (result.size() == findingLimit) {
-            break;
+    for (const UserEntry& entry : report.userEntries) {
+        if (entry.id != name && entry.name != name && !named.contains(&entry)) {
+            continue;
         }
-        result.push_back(explanation(report, *entry));
+        if (result.matches.size() < findingLimit) {
+            add(result, explanation(report, entry));
+        } else {
+            // To explain all of very many would take long.
+            ++result.omitted;
+            result.isAnyShown = result.isAnyShown || report.shownEntries.contains(&entry);
+        }
     }
-    addDefaults(result, report, name);
+    for (const auto& others : {defaultEntries(report, name), missingApplications(report, name)}) {
+        for (const Explanation& other : others) {
+            add(result, other);
+        }
+    }
     return result;
 }
 

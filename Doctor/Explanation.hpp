@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,12 +23,23 @@ struct Explanation {
     std::vector<std::vector<std::string>> locations;
     /// When those can be clicked. Of no meaning where there are none, and for a feature.
     Enabled enabled = Enabled::always;
-    /// Sentences, those of the findings that are about it included.
+    /// Sentences that say why it is not shown. Empty when it is.
     std::vector<std::string> reasons;
+    /// Sentences that say what else there is to know of it.
+    std::vector<std::string> remarks;
 };
 
-/// What has the identifier or the title `name`. Empty when nothing has.
-[[nodiscard]] std::vector<Explanation> explanations(const Report& report, std::string_view name);
+struct Explanations {
+    /// No more than `findingLimit`.
+    std::vector<Explanation> matches;
+    /// How many there are beyond these.
+    std::size_t omitted = 0;
+    /// Whether any is shown, of those beyond the limit too.
+    bool isAnyShown = false;
+};
+
+/// What has the identifier or the title `name`.
+[[nodiscard]] Explanations explanations(const Report& report, std::string_view name);
 
 /// The identifier that is nearly `name`. Empty when there is none.
 [[nodiscard]] std::string suggestion(const Report& report, std::string_view name);

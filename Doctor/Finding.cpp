@@ -225,6 +225,11 @@ FindingKind kindOf(SettingsFinding::Kind kind) {
     return std::ranges::find(kinds, kind, [](const auto& entry) { return entry.first; })->second;
 }
 
+bool dropsEntry(SettingsFinding::Kind kind) {
+    return kind == Kind::missingKey || kind == Kind::emptyValue ||
+           kind == Kind::catalogueApplication || kind == Kind::defaultApplication;
+}
+
 Finding described(const SettingsFinding& finding) {
     const std::string_view suggestion = nearMiss(finding.value, candidates(finding));
     const bool isMisspelledKey = finding.kind == Kind::unknownKey && !suggestion.empty();

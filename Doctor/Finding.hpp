@@ -28,6 +28,9 @@ struct FindingKind {
 /// The kind of what a reader of the settings has found.
 [[nodiscard]] FindingKind kindOf(SettingsFinding::Kind kind);
 
+/// Whether what is told costs the entry that it is about.
+[[nodiscard]] bool dropsEntry(SettingsFinding::Kind kind);
+
 // What no reader looks at, because it shows in the menu only.
 
 /// A key that no reader knows, and that is nearly one that it does.

@@ -92,10 +92,9 @@ std::string json(const Homes& homes, const Report& report) {
     });
 }
 
-std::string json(const Report& report, std::string_view name,
-                 const std::vector<Explanation>& explanations) {
+std::string json(const Report& report, std::string_view name, const Explanations& explanations) {
     JSON matches = JSON::array();
-    for (const Explanation& explanation : explanations) {
+    for (const Explanation& explanation : explanations.matches) {
         const bool canBeClicked = explanation.what != "feature" && !explanation.locations.empty();
         matches.push_back({
             {"what", explanation.what},
@@ -106,12 +105,15 @@ std::string json(const Report& report, std::string_view name,
             {"locations", explanation.locations},
             {"enabled", canBeClicked ? JSON(rawValue(explanation.enabled)) : JSON()},
             {"reasons", explanation.reasons},
+            {"remarks", explanation.remarks},
         });
     }
     return written({
         {"name", name},
         {"matches", std::move(matches)},
-        {"suggestion", orNull(explanations.empty() ? suggestion(report, name) : std::string())},
+        {"omitted", explanations.omitted},
+        {"suggestion",
+         orNull(explanations.matches.empty() ? suggestion(report, name) : std::string())},
     });
 }
 

@@ -15,6 +15,6 @@ namespace quorva::doctor {
 [[nodiscard]] std::string json(const Homes& homes, const Report& report);
 
 [[nodiscard]] std::string json(const Report& report, std::string_view name,
-                               const std::vector<Explanation>& explanations);
+                               const Explanations& explanations);
 
 }  // namespace quorva::doctor

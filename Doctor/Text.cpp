@@ -157,19 +157,19 @@ std::string text(const Homes& homes, const Report& report, bool isColoured) {
     return writer.result();
 }
 
-std::string text(const Report& report, std::string_view name,
-                 const std::vector<Explanation>& explanations, bool isColoured) {
+std::string text(const Report& report, std::string_view name, const Explanations& explanations,
+                 bool isColoured) {
     Writer writer(isColoured);
-    if (explanations.empty()) {
+    if (explanations.matches.empty()) {
         const std::string meant = suggestion(report, name);
         writer.line({escaped(name), " is neither in the catalogue nor in the settings",
                      meant.empty() ? "" : ": did you mean ", escaped(meant),
                      meant.empty() ? "" : "?"});
     }
-    for (const Explanation& explanation : explanations) {
-        writer.line({writer.styled(escaped(explanation.title), bold), "  ", explanation.what, " ",
-                     escaped(explanation.id), explanation.place.empty() ? "" : ", ",
-                     escaped(explanation.place)});
+    for (const Explanation& explanation : explanations.matches) {
+        writer.line({writer.styled(escaped(explanation.title), bold), "  ", explanation.what,
+                     explanation.id.empty() ? "" : " ", escaped(explanation.id),
+                     explanation.place.empty() ? "" : ", ", escaped(explanation.place)});
         writer.line({"  ", explanation.isShown ? "shown" : "not shown"});
         for (const std::vector<std::string>& titles : explanation.locations) {
             writer.line({"  at ", breadcrumbs(titles)});
@@ -178,8 +178,14 @@ std::string text(const Report& report, std::string_view name,
             writer.line({"  ", condition(explanation.enabled)});
         }
         for (const std::string& reason : explanation.reasons) {
-            writer.line({explanation.isShown ? "  " : "  because: ", escaped(reason)});
+            writer.line({"  because: ", escaped(reason)});
         }
+        for (const std::string& remark : explanation.remarks) {
+            writer.line({"  ", escaped(remark)});
+        }
+    }
+    if (explanations.omitted > 0) {
+        writer.line({"and ", grouped(explanations.omitted), " more"});
     }
     return writer.result();
 }

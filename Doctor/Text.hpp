@@ -15,7 +15,7 @@ namespace quorva::doctor {
 [[nodiscard]] std::string text(const Homes& homes, const Report& report, bool isColoured);
 
 [[nodiscard]] std::string text(const Report& report, std::string_view name,
-                               const std::vector<Explanation>& explanations, bool isColoured);
+                               const Explanations& explanations, bool isColoured);
 
 /// `text` as no terminal acts on it, but for its line breaks.
 [[nodiscard]] std::string escapedLines(std::string_view text);

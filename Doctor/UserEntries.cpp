@@ -18,8 +18,6 @@ namespace quorva::doctor {
 
 namespace {
 
-using Kind = SettingsFinding::Kind;
-
 // The lists of entries: one of destinations for each kind, and two more.
 constexpr std::size_t actionList = allFinderCustomDestinationKinds.size();
 constexpr std::size_t presetList = actionList + 1;
@@ -38,15 +36,9 @@ std::set<std::string_view> droppedEntries(const SettingsFindings& findings,
                                           std::string_view fileName) {
     std::set<std::string_view> places;
     for (const SettingsFinding& finding : findings) {
-        const std::string_view path = finding.path;
-        if (finding.fileName != fileName) {
-            continue;
-        }
-        if (finding.kind == Kind::missingKey || finding.kind == Kind::emptyValue) {
+        if (finding.fileName == fileName && dropsEntry(finding.kind)) {
+            const std::string_view path = finding.path;
             places.insert(path.substr(0, path.rfind('.')));
-        } else if (finding.kind == Kind::catalogueApplication ||
-                   finding.kind == Kind::defaultApplication) {
-            places.insert(path);
         }
     }
     return places;

@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -12,7 +11,6 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <vector>
 
 #include "Cocoa/AccountDatabase.hpp"
 #include "Doctor/Explanation.hpp"
@@ -123,10 +121,10 @@ int run(const Options& options) {
         write(options.isJSON ? json(examined, report) : text(examined, report, isColoured));
         return report.count(Severity::finding) == 0 ? nothingFound : somethingFound;
     }
-    const std::vector<Explanation> found = explanations(report, options.explained);
+    const Explanations found = explanations(report, options.explained);
     write(options.isJSON ? json(report, options.explained, found)
                          : text(report, options.explained, found, isColoured));
-    return std::ranges::any_of(found, &Explanation::isShown) ? nothingFound : somethingFound;
+    return found.isAnyShown ? nothingFound : somethingFound;
 }
 
 int failed(std::string_view reason) {

@@ -674,7 +674,7 @@ class ExplanationTest(DoctorTestCase):
         expected = {
             "what": "command", "id": "mergePDFs", "title": "合并 PDF", "place": None,
             "shown": True, "locations": [["Quorva", "处理 PDF", "合并 PDF"]],
-            "enabled": "withSelection", "reasons": []}
+            "enabled": "withSelection", "reasons": [], "remarks": []}
         self.assertEqual(self.explain("mergePDFs", 0), [expected])
         self.assertEqual(self.explain("合并 PDF", 0), [expected])
         self.assertIn("greyed while nothing is selected", self.doctor("--explain", "mergePDFs"))
@@ -690,7 +690,7 @@ class ExplanationTest(DoctorTestCase):
                 ("developerTools", "enabledFeatureIDs does not list it"),
                 ("mergePDFs", "enabledChildIDs does not list it"),
                 ("copyMD5", "its feature developerTools is not shown"),
-                ("quickOpenHome", "shows what the settings list in place of it"),
+                ("quickOpenHome", "quickOpen shows the entries of its list in place of it"),
                 ("b", "quickOpen[0].path is missing; the entry is dropped"),
                 ("a", "the feature that lists it is not shown")):
             with self.subTest(name=name):
@@ -703,6 +703,81 @@ class ExplanationTest(DoctorTestCase):
         [explanation] = self.explain("developerTools", 1)
         self.assertEqual(explanation["reasons"], ["it is off by default"])
 
+    def test_what_is_no_cause_is_not_given_as_one(self):
+        self.home.write(FEATURE_SETTINGS, {
+            "enabledFeatureIDs": ["pdfTools"], "featureOrder": [
+                *[id for id in samples.ALL_FEATURES if id != "developerTools"], "copyFile"],
+            "childOrderByFeatureID": {"pdfTools": ["compressToZIP"]}})
+        for name, reasons, remarks in (
+                ("developerTools", ["enabledFeatureIDs does not list it"], []),
+                ("copyFile", ["enabledFeatureIDs does not list it"],
+                 ["FeatureSettings.plist: featureOrder[13]: copyFile is listed before; this time is "
+                  "ignored"]),
+                ("compressToZIP", ["its feature archiveTools is not shown"],
+                 ["FeatureSettings.plist: childOrderByFeatureID.pdfTools[0]: compressToZIP is not a "
+                  "command of this feature: it is a command of archiveTools"])):
+            with self.subTest(name=name):
+                [explanation] = self.explain(name, 1)
+                self.assertEqual((explanation["reasons"], explanation["remarks"]),
+                                 (reasons, remarks))
+                self.assertEqual(self.doctor("--explain", name).count("because:"), 1)
+
+    def test_of_an_entry_that_is_shown_the_findings_are_told(self):
+        self.home.write(CUSTOM_SHORTCUT_ACTIONS, [
+                        ACTION, {**ACTION, "kind": "Script", "name": "B"}])
+        [explanation] = self.explain("B", 0)
+        self.assertEqual((explanation["reasons"], explanation["remarks"]), ([], [
+            "[1].kind: Script is not a kind, and taken for a shortcut: did you mean script?",
+            "[1]: [0] has the id a too, so a click does not tell which of them is meant"]))
+
+    def test_a_destination_that_has_a_command_is_explained(self):
+        self.home.write(CUSTOM_DESTINATIONS, {
+            "copy": [{**DESTINATION, "path": "/Users/ada/Desktop"}]})
+        [explanation] = self.report("--account-home", "/Users/ada", "--explain", "a",
+                                    status=1)["matches"]
+        self.assertEqual((explanation["reasons"], explanation["remarks"]),
+                         (["its folder has a command of its own, copyFilesToDesktop"], []))
+
+    def test_a_feature_without_entries_is_not_shown(self):
+        self.home.write(CUSTOM_SHORTCUT_ACTIONS, [])
+        self.home.write(FINDER_VIEW_PRESETS, [])
+        self.home.write(FEATURE_SETTINGS, features(menuLayout="expanded"))
+        for name in ("customActions", "viewOptions"):
+            with self.subTest(name=name):
+                [explanation] = self.explain(name, 1)
+                self.assertEqual(explanation["reasons"], ["it has no entries"])
+        [explanation] = self.explain("pdfTools", 0)
+        self.assertEqual(explanation["remarks"],
+                         ["in the expanded layout its entries stand in the menu itself"])
+
+    def test_what_the_menu_always_replaces_is_not_said_to_be_off(self):
+        self.home.write(FEATURE_SETTINGS, features(
+            enabledChildIDs=["quickOpenTypedPath"], childOrderByFeatureID={
+                "quickOpen": ["quickOpenHome"], "viewOptions": ["finderViewPreset"]}))
+        for name, feature in (("quickOpenHome", "quickOpen"), ("finderViewPreset", "viewOptions")):
+            with self.subTest(name=name):
+                [explanation] = self.explain(name, 1)
+                self.assertEqual(explanation["reasons"], [
+                    f"{feature} shows the entries of its list in place of it, which are the "
+                    "user's or else the default ones"])
+
+    def test_a_default_application_that_is_not_installed_is_explained(self):
+        for name in ("Keynote", "keynote", "/Applications/Keynote.app"):
+            with self.subTest(name=name):
+                [explanation] = self.explain(name, 1)
+                self.assertEqual((explanation["what"], explanation["title"],
+                                  explanation["reasons"]), ("default entry", "Keynote", [
+                                      "there is no /Applications/Keynote.app, so this default "
+                                      "application is not shown"]))
+
+    def test_matches_beyond_the_limit_are_counted(self):
+        unread = without(DESTINATION, "path")
+        self.home.write(CUSTOM_DESTINATIONS, {"copy": [unread] * 50_000 + [DESTINATION] * 50_000},
+                        BINARY)
+        report = self.report("--explain", "a", status=0)
+        self.assertEqual((len(report["matches"]), report["omitted"]), (10, 99_990))
+        self.assertIn("\nand 99,990 more\n", self.doctor("--explain", "a", status=0))
+
     def test_an_entry_is_found_by_its_id_its_name_and_its_title(self):
         self.home.write(CUSTOM_DESTINATIONS, {"copy": [{"id": "i", "name": "N", "path": "/p"}]})
         for name in ("i", "N", "复制到N"):
@@ -712,9 +787,11 @@ class ExplanationTest(DoctorTestCase):
                                  ("CustomDestinations.plist: copy[0]", "always"))
 
     def test_a_default_entry_is_found(self):
-        [explanation] = self.explain("list-modified", 0)
-        self.assertEqual((explanation["what"], explanation["title"]),
-                         ("default entry", "列表 · 最近修改"))
+        for name, title in (("list-modified", "列表 · 最近修改"), ("home", "用户目录")):
+            with self.subTest(name=name):
+                [explanation] = self.explain(name, 0)
+                self.assertEqual((explanation["what"], explanation["title"]),
+                                 ("default entry", title))
 
     def test_of_what_is_unknown_the_nearest_is_named(self):
         explanation = self.report("--explain", "PDFTools", status=1)
