@@ -57,10 +57,15 @@ IDs featureIDs() {
     return ids;
 }
 
-IDs commandIDs() {
+/// The commands that can stand at `path`: those of one feature in its order, and else all.
+IDs commandIDs(std::string_view path) {
+    const std::string_view key = path.substr(0, path.rfind('['));
+    const auto ordered = finderFeatureWithRawValue(key.substr(key.find('.') + 1));
     IDs ids;
     for (const FinderFeature feature : allFinderFeatures) {
-        std::ranges::copy(childIDs(feature), std::back_inserter(ids));
+        if (!ordered || feature == *ordered) {
+            std::ranges::copy(childIDs(feature), std::back_inserter(ids));
+        }
     }
     return ids;
 }
@@ -97,7 +102,7 @@ IDs candidates(const SettingsFinding& finding) {
         return featureIDs();
     }
     if (finding.kind == Kind::unknownCommand) {
-        return commandIDs();
+        return commandIDs(finding.path);
     }
     if (finding.kind == Kind::unknownLayout) {
         return {rawValue(FinderMenuLayout::collapsed), rawValue(FinderMenuLayout::expanded)};
@@ -174,8 +179,8 @@ std::string message(const SettingsFinding& finding, std::string_view suggestion)
             return joined({colon, value, " is not listed, and follows at the end"});
         case Kind::replacedCommandOrder:
             return joined({path,
-                           " is from before scheduleDelete1Hour, so the default order "
-                           "replaces it"});
+                           " lacks scheduleDelete1Hour or has it where it was first added, so the "
+                           "default order replaces it"});
         case Kind::newCommand:
             return joined({colon, value,
                            " is not listed, but on, because childOrderByFeatureID does not list it "

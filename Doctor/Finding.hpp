@@ -11,7 +11,7 @@
 namespace quorva::doctor {
 
 enum class Severity {
-    /// The settings say something that the menu does not do, or that a click can't tell apart.
+    /// The settings say something that the menu does not do, or what is clicked is ambiguous.
     finding,
     /// As designed: there is nothing to mend.
     note,

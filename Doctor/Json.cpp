@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Doctor/Text.hpp"
+#include "QuorvaFinderExtension/MonitoredFolders.hpp"
 
 namespace quorva::doctor {
 
@@ -85,6 +86,7 @@ std::string json(const Homes& homes, const Report& report) {
     return written({
         {"home", homes.home},
         {"accountHome", homes.accountHome},
+        {"realHome", realUserHomeURL().path()},
         {"findings", report.count(Severity::finding)},
         {"notes", report.count(Severity::note)},
         {"files", std::move(files)},

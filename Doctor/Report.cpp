@@ -181,8 +181,8 @@ void addMenuFindings(Report& report) {
             const UserEntry* const first = sourcesByID.try_emplace(entry.id, &source).first->second;
             if (first != &source) {
                 add(file, sharedID, source.place, source.id,
-                    {first->place, " has the id ", source.id,
-                     " too, so a click does not tell which of them is meant"});
+                    {first->place, " has the id ", source.id, " too, so both send the actionID ",
+                     entry.id});
             }
         }
         if (const std::size_t count = titles.at(entry.title); count > 1) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "QuorvaFinderExtension/MonitoredFolders.hpp"
 #include "Simulator/Text.hpp"
 
 namespace quorva::doctor {
@@ -145,7 +146,8 @@ std::string_view condition(Enabled enabled) {
 std::string text(const Homes& homes, const Report& report, bool isColoured) {
     Writer writer(isColoured);
     writer.line({"home          ", escaped(homes.home)});
-    writer.line({"account home  ", escaped(homes.accountHome), "\n"});
+    writer.line({"account home  ", escaped(homes.accountHome)});
+    writer.line({"real home     ", escaped(realUserHomeURL().path()), "\n"});
     writer.files(report);
     if (report.count(Severity::finding) == 0) {
         writer.line({"\nNothing to mend."});

@@ -116,7 +116,8 @@ int run(const Options& options) {
     Report report;
     examine(report);
     const char* const noColor = std::getenv("NO_COLOR");
-    const bool isColoured = noColor == nullptr && ::isatty(STDOUT_FILENO) == 1;
+    const bool isColoured =
+        (noColor == nullptr || *noColor == '\0') && ::isatty(STDOUT_FILENO) == 1;
     if (!options.isExplanation) {
         write(options.isJSON ? json(examined, report) : text(examined, report, isColoured));
         return report.count(Severity::finding) == 0 ? nothingFound : somethingFound;

@@ -4,6 +4,7 @@ import json
 import os
 import plistlib
 import pty
+import pwd
 import re
 import socket
 import subprocess
@@ -85,8 +86,8 @@ BROKEN = {
          "featureOrder[9]: pdfTools is listed before; this time is ignored"),
         (features(childOrderByFeatureID={"scheduledDeletion": ["scheduleDelete7Days"]}),
          "replacedCommandOrder",
-         "childOrderByFeatureID.scheduledDeletion is from before scheduleDelete1Hour, so the "
-         "default order replaces it"),
+         "childOrderByFeatureID.scheduledDeletion lacks scheduleDelete1Hour or has it where it was "
+         "first added, so the default order replaces it"),
         ({"featureOrder": ["pdfTools"]}, "ignoredFeatureOrder",
          "featureOrder is ignored, because it counts only beside a usable enabledFeatureIDs"),
         ({"enabledFeatureIDs": ["pdfTools"],
@@ -148,7 +149,7 @@ BROKEN = {
         ([{**ACTION, "kind": "Script"}], "unknownKind",
          "[0].kind: Script is not a kind, and taken for a shortcut: did you mean script?"),
         ([ACTION, {**ACTION, "name": "B"}], "sharedID",
-         "[1]: [0] has the id a too, so a click does not tell which of them is meant"),
+         "[1]: [0] has the id a too, so both send the actionID runShortcut__a"),
     ),
     FINDER_VIEW_PRESETS: (
         ({"presets": [PRESET]}, "wrongType",
@@ -166,7 +167,7 @@ BROKEN = {
         ([{**without(PRESET, "viewMode"), "view mode": "l"}], "misspelledKey",
          "[0].view mode is a key that nothing reads: did you mean viewMode?"),
         ([PRESET, {**PRESET, "name": "Q"}], "sharedID",
-         "[1]: [0] has the id p too, so a click does not tell which of them is meant"),
+         "[1]: [0] has the id p too, so both send the actionID finderViewPreset__p"),
         ([], "emptySubmenu", "viewOptions is shown, but its submenu is empty"),
     ),
 }
@@ -289,6 +290,12 @@ class FilesTest(DoctorTestCase):
             "childOrderByFeatureID": {
                 "archiveTools": ["compressToZIP", "extractZIPHere", "extractZIPToFolder"]}})
         self.doctor(status=0)
+
+    def test_in_the_order_of_a_feature_only_its_own_commands_are_meant(self):
+        self.home.write(FEATURE_SETTINGS, features(
+            childOrderByFeatureID={"pdfTools": ["compressToZIPP", "mergePDF"]}))
+        self.assertEqual([finding["suggestion"] for finding in self.findings(FEATURE_SETTINGS)],
+                         [None, "mergePDFs"])
 
     def test_of_what_the_menu_does_not_show_nothing_is_said(self):
         with_user_entries = ["copyFile", "openWith"]
@@ -512,6 +519,12 @@ class HomeTest(DoctorTestCase):
         self.assertEqual(self.report(home=container)["accountHome"], str(self.home.path))
         self.assertEqual(self.report()["accountHome"], str(self.home.path))
 
+    def test_the_home_whose_folders_have_commands_is_named(self):
+        for account, real in (("/Users/ada", "/Users/ada"), ("/home/ada", "/Users/" + pwd.getpwuid(os.geteuid()).pw_name)):
+            with self.subTest(account=account):
+                self.assertEqual(self.report("--account-home", account)["realHome"], real)
+                self.assertIn(f"\nreal home     {real}\n", self.doctor("--account-home", account))
+
     def test_a_relative_home_is_one_below_the_working_folder(self):
         result = self.run_doctor("--home", "./x/../", "--json", cwd=self.home.path)
         self.assertEqual(json.loads(result.stdout)["home"], str(self.home.path))
@@ -578,6 +591,7 @@ class ColourTest(DoctorTestCase):
 
     def test_there_is_none_where_it_is_not_wanted(self):
         self.assertNotIn("\x1b", self.on_terminal(NO_COLOR="1"))
+        self.assertIn("\x1b", self.on_terminal(NO_COLOR=""))
 
 
 class MenuTest(DoctorTestCase):
@@ -728,7 +742,7 @@ class ExplanationTest(DoctorTestCase):
         [explanation] = self.explain("B", 0)
         self.assertEqual((explanation["reasons"], explanation["remarks"]), ([], [
             "[1].kind: Script is not a kind, and taken for a shortcut: did you mean script?",
-            "[1]: [0] has the id a too, so a click does not tell which of them is meant"]))
+            "[1]: [0] has the id a too, so both send the actionID runShortcut__a"]))
 
     def test_a_destination_that_has_a_command_is_explained(self):
         self.home.write(CUSTOM_DESTINATIONS, {
