@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <numeric>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quorva::doctor {
@@ -24,27 +26,16 @@ std::string folded(std::string_view text) {
     return result;
 }
 
-/// How many letters are to be changed, added, left out, or swapped with the next, to make one of
-/// the other.
+/// How many letters are to be changed, added or left out to make one of the other.
 std::size_t editDistance(std::string_view left, std::string_view right) {
-    std::vector<std::size_t> beforeLast(right.size() + 1);
-    std::vector<std::size_t> last(right.size() + 1);
     std::vector<std::size_t> row(right.size() + 1);
-    for (std::size_t column = 0; column <= right.size(); ++column) {
-        row[column] = column;
-    }
-    for (std::size_t line = 1; line <= left.size(); ++line) {
-        beforeLast.swap(last);
-        last.swap(row);
-        row[0] = line;
-        for (std::size_t column = 1; column <= right.size(); ++column) {
-            const bool isEqual = left[line - 1] == right[column - 1];
-            row[column] = std::min(
-                {last[column] + 1, row[column - 1] + 1, last[column - 1] + (isEqual ? 0 : 1)});
-            if (line > 1 && column > 1 && left[line - 1] == right[column - 2] &&
-                left[line - 2] == right[column - 1]) {
-                row[column] = std::min(row[column], beforeLast[column - 2] + 1);
-            }
+    std::iota(row.begin(), row.end(), 0);
+    for (std::size_t line = 0; line < left.size(); ++line) {
+        std::size_t diagonal = std::exchange(row[0], line + 1);
+        for (std::size_t column = 0; column < right.size(); ++column) {
+            const std::size_t changed = diagonal + (left[line] == right[column] ? 0 : 1);
+            diagonal = row[column + 1];
+            row[column + 1] = std::min({changed, diagonal + 1, row[column] + 1});
         }
     }
     return row.back();

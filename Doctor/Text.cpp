@@ -23,15 +23,6 @@ std::string padded(std::string_view text, std::size_t width) {
     return std::string(text) + std::string(width > text.size() ? width - text.size() : 0, ' ');
 }
 
-/// 99990 as "99,990".
-std::string grouped(std::size_t number) {
-    std::string digits = std::to_string(number);
-    for (std::size_t end = digits.size(); end > 3; end -= 3) {
-        digits.insert(end - 3, ",");
-    }
-    return digits;
-}
-
 class Writer {
  public:
     explicit Writer(bool isColoured) : isColoured_(isColoured) {}
@@ -72,7 +63,8 @@ class Writer {
             for (const auto& [kind, counted] : file.counts) {
                 if (counted.severity == severity && counted.count > findingLimit) {
                     line({"  ", styled(file.name, style), ": and ",
-                          grouped(counted.count - findingLimit), " more of the kind ", kind});
+                          std::to_string(counted.count - findingLimit), " more of the kind ",
+                          kind});
                 }
             }
         }
@@ -96,7 +88,7 @@ class Writer {
             }
         }
         if (entries.size() > entryLimit) {
-            line({indentation, "and ", grouped(entries.size() - entryLimit), " more"});
+            line({indentation, "and ", std::to_string(entries.size() - entryLimit), " more"});
         }
     }
 
@@ -108,8 +100,8 @@ class Writer {
         for (const auto& [severity, name] :
              {std::pair{Severity::finding, "finding"}, std::pair{Severity::note, "note"}}) {
             if (const std::size_t count = file.count(severity); count > 0) {
-                result += joined(
-                    {result.empty() ? "" : ", ", grouped(count), " ", name, count == 1 ? "" : "s"});
+                result += joined({result.empty() ? "" : ", ", std::to_string(count), " ", name,
+                                  count == 1 ? "" : "s"});
             }
         }
         return result;
@@ -187,7 +179,7 @@ std::string text(const Report& report, std::string_view name, const Explanations
         }
     }
     if (explanations.omitted > 0) {
-        writer.line({"and ", grouped(explanations.omitted), " more"});
+        writer.line({"and ", std::to_string(explanations.omitted), " more"});
     }
     return writer.result();
 }

@@ -50,14 +50,7 @@ std::string absolutePath(const std::string& path) {
 
 /// Throws unless the settings of `home` can be looked for.
 void checkHome(const std::string& home) {
-    struct stat status{};
-    if (::stat(home.c_str(), &status) != 0) {
-        throw std::system_error(errno, std::generic_category(), home);
-    }
-    if (!S_ISDIR(status.st_mode)) {
-        throw std::runtime_error(home + ": Not a folder");
-    }
-    if (::access(home.c_str(), X_OK) != 0) {
+    if (::access((home + "/.").c_str(), X_OK) != 0) {
         throw std::system_error(errno, std::generic_category(), home);
     }
 }

@@ -374,7 +374,7 @@ class FilesTest(DoctorTestCase):
         lines = self.doctor(status=1).splitlines()
         self.assertIn("  CustomDestinations.plist: copy[9].path is missing; the entry is dropped",
                       lines)
-        self.assertIn("  CustomDestinations.plist: and 99,990 more of the kind missingKey", lines)
+        self.assertIn("  CustomDestinations.plist: and 99990 more of the kind missingKey", lines)
         self.assertLess(len(lines), 300)
         report = self.report()
         self.assertEqual((report["findings"], report["files"][1]["omitted"]),
@@ -477,7 +477,7 @@ class HomeTest(DoctorTestCase):
     def test_a_home_that_can_t_be_is_refused(self):
         (self.home.path / "file").touch()
         (self.home.path / "shut").mkdir(mode=0)
-        for path, reason in (("nowhere", "No such file or directory"), ("file", "Not a folder"),
+        for path, reason in (("nowhere", "No such file or directory"), ("file", "Not a directory"),
                              ("shut", "Permission denied"), ("file/below", "Not a directory"),
                              ("a\x1bb\u202e", "No such file or directory")):
             with self.subTest(home=path):
@@ -790,7 +790,7 @@ class ExplanationTest(DoctorTestCase):
                         BINARY)
         report = self.report("--explain", "a", status=0)
         self.assertEqual((len(report["matches"]), report["omitted"]), (10, 99_990))
-        self.assertIn("\nand 99,990 more\n", self.doctor("--explain", "a", status=0))
+        self.assertIn("\nand 99990 more\n", self.doctor("--explain", "a", status=0))
 
     def test_an_entry_is_found_by_its_id_its_name_and_its_title(self):
         self.home.write(CUSTOM_DESTINATIONS, {"copy": [{"id": "i", "name": "N", "path": "/p"}]})
