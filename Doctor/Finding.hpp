@@ -35,6 +35,9 @@ struct FindingKind {
 
 /// A key that no reader knows, and that is nearly one that it does.
 inline constexpr FindingKind misspelledKey = {"misspelledKey", Severity::finding};
+/// A file that nothing reads, whose name is nearly that of a settings file that is missing.
+inline constexpr FindingKind misnamedFile = {"misnamedFile", Severity::finding};
+inline constexpr FindingKind relativePath = {"relativePath", Severity::note};
 inline constexpr FindingKind sharedID = {"sharedID", Severity::finding};
 inline constexpr FindingKind emptySubmenu = {"emptySubmenu", Severity::finding};
 inline constexpr FindingKind hiddenDestination = {"hiddenDestination", Severity::note};

@@ -6,11 +6,14 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <filesystem>
 #include <initializer_list>
 #include <iterator>
+#include <system_error>
 #include <utility>
 #include <variant>
 
+#include "Doctor/NearMiss.hpp"
 #include "Doctor/UserEntries.hpp"
 #include "Platform/Data.hpp"
 #include "Platform/FileManager.hpp"
@@ -192,9 +195,33 @@ void addMenuFindings(Report& report) {
     });
 }
 
+void addMisnamedFiles(Report& report) {
+    const std::string folder = settingsFileURL("").path();
+    std::error_code error;
+    for (std::filesystem::directory_iterator file(folder, error), end; !error && file != end;
+         file.increment(error)) {
+        const std::string name = file->path().filename().string();
+        const std::string_view meant = nearMiss(name, fileNames);
+        if (!meant.empty() && !report.file(meant).isFound) {
+            add(report.file(meant), {misnamedFile,
+                                     {},
+                                     name,
+                                     std::string(meant),
+                                     joined({"there is a ", name,
+                                             ", which nothing reads: did you "
+                                             "mean ",
+                                             meant, "?"})});
+        }
+    }
+}
+
 void addEntryFindings(Report& report) {
     FileReport& file = report.file(destinationsFile);
     for (const UserEntry& entry : report.userEntries) {
+        if (entry.isRead && entry.fileName == destinationsFile && !entry.path.starts_with('/')) {
+            add(file, relativePath, entry.place, entry.path,
+                {entry.path, " is not an absolute path, and is handed over as it is"});
+        }
         const std::string& command = entry.commandID;
         if (const auto feature = featureOfCommand(command); feature && report.isShown(*feature)) {
             add(file, hiddenDestination, entry.place, entry.path,
@@ -331,6 +358,7 @@ void examine(Report& report) {
     addUserEntries(report, request.settings);
     addShown(report, request);
     addReadersFindings(report);
+    addMisnamedFiles(report);
     addEntryFindings(report);
     addMenuFindings(report);
 }

@@ -359,6 +359,27 @@ class FilesTest(DoctorTestCase):
                           for note in self.findings(CUSTOM_DESTINATIONS, "note")
                           if note["kind"] == "absentApplication"], [("openApplication[1]", "/a")])
 
+    def test_a_path_that_is_not_absolute_is_a_note(self):
+        self.home.write(CUSTOM_DESTINATIONS, {
+            "move": [DESTINATION, {**DESTINATION, "path": "~/a"}],
+            "openApplication": [{**DESTINATION, "path": ""}]})
+        self.assertEqual([(finding["path"], finding["value"])
+                          for finding in self.findings(CUSTOM_DESTINATIONS, "note")
+                          if finding["kind"] == "relativePath"],
+                         [("move[1]", "~/a"), ("openApplication[0]", "")])
+
+    def test_a_file_that_is_nearly_named_like_one_that_is_missing_is_its_finding(self):
+        self.home.write("featuresettings.plist", features())
+        self.home.write("FinderViewPreset.plist", [PRESET])
+        self.home.write("FinderViewPresets.plist", [PRESET])
+        self.home.write("Something.plist", [PRESET])
+        [finding] = self.findings(FEATURE_SETTINGS)
+        self.assertEqual(
+            (finding["kind"], finding["value"], finding["suggestion"], finding["message"]),
+            ("misnamedFile", "featuresettings.plist", FEATURE_SETTINGS, "there is a featuresettings"
+             ".plist, which nothing reads: did you mean FeatureSettings.plist?"))
+        self.assertEqual(self.findings(FINDER_VIEW_PRESETS), [])
+
     def test_titles_that_entries_share_are_notes_at_their_places(self):
         self.home.write(CUSTOM_DESTINATIONS, {
             "copy": [without(DESTINATION, "name"), DESTINATION, {**DESTINATION, "path": "/b"}],
