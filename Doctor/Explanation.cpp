@@ -125,8 +125,8 @@ std::vector<std::string> reasonsOfAbsence(const Report& report, const UserEntry&
     if (!entry.isRead) {
         return reasons;
     }
-    const auto feature = featureOfCommand(entry.commandID);
-    if (!feature || !report.isShown(*feature)) {
+    const std::string& command = entry.commandID;
+    if (command.empty() || !report.isShown(featureOfCommand(command).value())) {
         reasons.emplace_back("the feature that lists it is not shown");
     } else {
         reasons.push_back(

@@ -223,7 +223,7 @@ void addEntryFindings(Report& report) {
                 {entry.path, " is not an absolute path, and is handed over as it is"});
         }
         const std::string& command = entry.commandID;
-        if (const auto feature = featureOfCommand(command); feature && report.isShown(*feature)) {
+        if (!command.empty() && report.isShown(featureOfCommand(command).value())) {
             add(file, hiddenDestination, entry.place, entry.path,
                 {entry.path, " is not in the submenu, because it has a command of its own",
                  report.shownCommandIDs.contains(command) ? "" : ", which is off"});
