@@ -203,14 +203,9 @@ void addMisnamedFiles(Report& report) {
         const std::string name = file->path().filename().string();
         const std::string_view meant = nearMiss(name, fileNames);
         if (!meant.empty() && !report.file(meant).isFound) {
-            add(report.file(meant), {misnamedFile,
-                                     {},
-                                     name,
-                                     std::string(meant),
-                                     joined({"there is a ", name,
-                                             ", which nothing reads: did you "
-                                             "mean ",
-                                             meant, "?"})});
+            const std::string words =
+                joined({"there is a ", name, ", which nothing reads: did you mean ", meant, "?"});
+            add(report.file(meant), {misnamedFile, {}, name, std::string(meant), words});
         }
     }
 }
@@ -261,18 +256,18 @@ bool isInEffect(const Report& report, const SettingsFinding& finding) {
     const auto isShown = [&report](std::string_view id) {
         return report.shownCommandIDs.contains(id);
     };
-    if (kind == Kind::newFeature || kind == Kind::appendedFeature) {
-        return report.isShown(finderFeatureWithRawValue(finding.value).value());
+    const std::optional<FinderFeature> feature = finderFeatureWithRawValue(finding.value);
+    if (feature && (kind == Kind::newFeature || kind == Kind::appendedFeature)) {
+        return report.isShown(*feature);
+    }
+    if (feature && kind == Kind::featureWithoutCommands) {
+        return std::ranges::any_of(childIDs(*feature), isShown);
     }
     if (kind == Kind::newCommand || kind == Kind::repeatedCommand ||
         kind == Kind::appendedCommand) {
         return isShown(finding.value);
     }
-    if (kind == Kind::replacedCommandOrder) {
-        return report.isShown(FinderFeature::scheduledDeletion);
-    }
-    return kind != Kind::featureWithoutCommands ||
-           std::ranges::any_of(childIDs(finderFeatureWithRawValue(finding.value).value()), isShown);
+    return kind != Kind::replacedCommandOrder || report.isShown(FinderFeature::scheduledDeletion);
 }
 
 void addReadersFindings(Report& report) {

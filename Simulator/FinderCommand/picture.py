@@ -46,7 +46,7 @@ def opened(entries, titles):
         enabled = [entry for entry in opening if entry.item["enabled"]]
         where = breadcrumbs(titles[:position + 1])
         if not enabled:
-            raise Failure(f"there is no entry {where} (finder-sim menu shows the menu)" if not named else
+            raise Failure(f"there is no entry {where}: finder-sim menu shows them" if not named else
                           f"the entry {where} opens no submenu" if not opening else
                           f"the entry {where} is disabled")
         index_path = enabled[0].index_path

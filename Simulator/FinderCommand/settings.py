@@ -26,8 +26,8 @@ def copy_settings(home, copy):
 
 
 def set_layout(home, layout):
-    """Makes `layout` the one of the settings of `home`. Fails where they are in another encoding than
-    XML and binary, which Python can't read."""
+    """Makes `layout` the one of the settings of `home`. Fails where they are in neither XML nor the
+    binary encoding, the only ones that Python reads."""
     path = os.path.join(home, FOLDER, FEATURE_SETTINGS)
     settings = {}
     try:

@@ -541,7 +541,8 @@ class HomeTest(DoctorTestCase):
         self.assertEqual(self.report()["accountHome"], str(self.home.path))
 
     def test_the_home_whose_folders_have_commands_is_named(self):
-        for account, real in (("/Users/ada", "/Users/ada"), ("/home/ada", "/Users/" + pwd.getpwuid(os.geteuid()).pw_name)):
+        own_home = "/Users/" + pwd.getpwuid(os.geteuid()).pw_name
+        for account, real in (("/Users/ada", "/Users/ada"), ("/home/ada", own_home)):
             with self.subTest(account=account):
                 self.assertEqual(self.report("--account-home", account)["realHome"], real)
                 self.assertIn(f"\nreal home     {real}\n", self.doctor("--account-home", account))
@@ -746,11 +747,11 @@ class ExplanationTest(DoctorTestCase):
         for name, reasons, remarks in (
                 ("developerTools", ["enabledFeatureIDs does not list it"], []),
                 ("copyFile", ["enabledFeatureIDs does not list it"],
-                 ["FeatureSettings.plist: featureOrder[13]: copyFile is listed before; this time is "
-                  "ignored"]),
+                 ["FeatureSettings.plist: featureOrder[13]: copyFile is listed before; this time "
+                  "is ignored"]),
                 ("compressToZIP", ["its feature archiveTools is not shown"],
-                 ["FeatureSettings.plist: childOrderByFeatureID.pdfTools[0]: compressToZIP is not a "
-                  "command of this feature: it is a command of archiveTools"])):
+                 ["FeatureSettings.plist: childOrderByFeatureID.pdfTools[0]: compressToZIP is not "
+                  "a command of this feature: it is a command of archiveTools"])):
             with self.subTest(name=name):
                 [explanation] = self.explain(name, 1)
                 self.assertEqual((explanation["reasons"], explanation["remarks"]),

@@ -43,7 +43,8 @@ class ReadmeTest(unittest.TestCase):
 
     def run_in_home(self, commands):
         return subprocess.run(
-            ["sh", "-ec", commands], cwd=self.home, timeout=60, env={**os.environ, "HOME": str(self.home)},
+            ["sh", "-ec", commands], cwd=self.home, timeout=60,
+            env={**os.environ, "HOME": str(self.home)},
             stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8")
 
     def commands_of_make(self, command):
