@@ -126,7 +126,7 @@ std::vector<std::string> reasonsOfAbsence(const Report& report, const UserEntry&
         return reasons;
     }
     const std::string& command = entry.commandID;
-    if (command.empty() || !report.isShown(featureOfCommand(command).value())) {
+    if (command.empty() || !report.isShown(featureOfCommand(command))) {
         reasons.emplace_back("the feature that lists it is not shown");
     } else {
         reasons.push_back(

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,7 +28,9 @@ std::string folded(std::string_view text) {
 /// How many letters are to be changed, added or left out to make one of the other.
 std::size_t editDistance(std::string_view left, std::string_view right) {
     std::vector<std::size_t> row(right.size() + 1);
-    std::iota(row.begin(), row.end(), 0);
+    for (std::size_t column = 0; column <= right.size(); ++column) {
+        row[column] = column;
+    }
     for (std::size_t line = 0; line < left.size(); ++line) {
         std::size_t diagonal = std::exchange(row[0], line + 1);
         for (std::size_t column = 0; column < right.size(); ++column) {

@@ -218,7 +218,7 @@ void addEntryFindings(Report& report) {
                 {entry.path, " is not an absolute path, and is handed over as it is"});
         }
         const std::string& command = entry.commandID;
-        if (!command.empty() && report.isShown(featureOfCommand(command).value())) {
+        if (!command.empty() && report.isShown(featureOfCommand(command))) {
             add(file, hiddenDestination, entry.place, entry.path,
                 {entry.path, " is not in the submenu, because it has a command of its own",
                  report.shownCommandIDs.contains(command) ? "" : ", which is off"});
@@ -314,8 +314,8 @@ const FileReport& Report::file(std::string_view name) const {
     return *std::ranges::find(files, name, &FileReport::name);
 }
 
-bool Report::isShown(FinderFeature feature) const {
-    return std::ranges::find(shownFeatures, feature) != shownFeatures.end();
+bool Report::isShown(std::optional<FinderFeature> feature) const {
+    return feature && std::ranges::find(shownFeatures, *feature) != shownFeatures.end();
 }
 
 std::size_t Report::count(Severity severity) const {

@@ -101,7 +101,7 @@ struct Report {
 
     [[nodiscard]] FileReport& file(std::string_view name);
     [[nodiscard]] const FileReport& file(std::string_view name) const;
-    [[nodiscard]] bool isShown(FinderFeature feature) const;
+    [[nodiscard]] bool isShown(std::optional<FinderFeature> feature) const;
     [[nodiscard]] std::size_t count(Severity severity) const;
 };
 
