@@ -258,7 +258,7 @@ bool isInEffect(const Report& report, const SettingsFinding& finding) {
     };
     const std::optional<FinderFeature> feature = finderFeatureWithRawValue(finding.value);
     if (feature && (kind == Kind::newFeature || kind == Kind::appendedFeature)) {
-        return report.isShown(*feature);
+        return report.isShown(feature);
     }
     if (feature && kind == Kind::featureWithoutCommands) {
         return std::ranges::any_of(childIDs(*feature), isShown);
